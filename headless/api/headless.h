@@ -1,0 +1,48 @@
+/* The C API by which hosts and tests start and drive a headless application. Exported by the
+ * headless platform's shared library. Names and meanings are fixed: add, never rename.
+ * Every int result is 0 on success; a failure leaves the drawing as it was and sets the message
+ * that HeadlessLastError returns. */
+#ifndef KD_HEADLESS_API_H
+#define KD_HEADLESS_API_H
+
+#if defined(_WIN32)
+#  define HEADLESS_API __declspec(dllimport)
+#else
+#  define HEADLESS_API __attribute__((visibility("default")))
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+typedef struct HeadlessApp HeadlessApp;
+
+/* An AutoCAD application with one new, empty drawing as the active document. options is NULL
+ * or a comma-separated list:
+ *   no-civil    the Civil 3D base module is not among the loaded modules
+ *   no-land     the Civil 3D land application object cannot be created
+ *   no-roadway  the Civil 3D roadway application object cannot be created
+ *   root=DIR    where Windows drive paths are mapped: C:\x\y is DIR/c/x/y
+ * NULL on failure (an unknown option, say); HeadlessLastError(NULL) then tells why.
+ * Several applications may exist at once, each with its own drawing. */
+HEADLESS_API HeadlessApp* HeadlessStart(const char* options);
+
+/* The CWinApp* a host passes to the module's Initialize. Owned by app. */
+HEADLESS_API void* HeadlessGetWinApp(HeadlessApp* app);
+
+/* Message of the last failed call on app, "" if none. With app NULL: the last failed
+ * HeadlessStart of the calling thread. */
+HEADLESS_API const char* HeadlessLastError(HeadlessApp* app);
+
+/* Ends the application and frees everything it made. NULL is ignored. */
+HEADLESS_API void HeadlessStop(HeadlessApp* app);
+
+/* Number of headless platform objects alive in the process: COM objects of every kind. A host
+ * or test that has released everything it was given sees it return to its earlier value. */
+HEADLESS_API long HeadlessLiveObjects(void);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* KD_HEADLESS_API_H */
