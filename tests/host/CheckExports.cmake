@@ -1,0 +1,23 @@
+# Fails unless the module defines exactly the four host functions in its dynamic symbol table,
+# under their plain names.
+find_program(NM nm REQUIRED)
+execute_process(COMMAND ${NM} -D --defined-only ${MODULE} OUTPUT_VARIABLE out RESULT_VARIABLE rc)
+if(NOT rc EQUAL 0)
+  message(FATAL_ERROR "nm failed on ${MODULE}")
+endif()
+string(REGEX MATCHALL "[^\n]+" lines "${out}")
+set(names)
+foreach(line IN LISTS lines)
+  string(REGEX REPLACE "^[0-9a-fA-F]* *[A-Za-z] +" "" name "${line}")
+  # Version-script nodes are absolute symbols, not code.
+  if(line MATCHES " A ")
+    continue()
+  endif()
+  list(APPEND names ${name})
+endforeach()
+list(SORT names)
+set(expected FreeCivil3dObject GetCivil3dObject GetInterfacePlatform GetInterfaceVersion)
+if(NOT names STREQUAL expected)
+  message(FATAL_ERROR "module exports [${names}], expected [${expected}]")
+endif()
+message(STATUS "module exports exactly: ${names}")
