@@ -37,6 +37,12 @@ HEADLESS_API const char* HeadlessLastError(HeadlessApp* app);
 /* Ends the application and frees everything it made. NULL is ignored. */
 HEADLESS_API void HeadlessStop(HeadlessApp* app);
 
+/* Sets the model-space background colour that acedGetCurrentColors reports, for every
+ * application of the process (AutoCAD's display options are per process). colorValue is a
+ * colour reference (red in bits 0-7, green 8-15, blue 16-23); values below 256 are kept as they
+ * are, as AutoCAD keeps them. Default: RGB 33, 40, 48 (0x00302821), AutoCAD's dark background. */
+HEADLESS_API void HeadlessSetModelBackground(unsigned int colorValue);
+
 /* Number of headless platform objects alive in the process: COM objects of every kind. A host
  * or test that has released everything it was given sees it return to its earlier value. */
 HEADLESS_API long HeadlessLiveObjects(void);
