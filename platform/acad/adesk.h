@@ -20,6 +20,8 @@ struct Adesk {
   using UInt64 = std::uint64_t;
   using IntPtr = std::intptr_t;
   using UIntPtr = std::uintptr_t;
+  using LongPtr = std::intptr_t;    // pointer-sized, as ads_name's halves
+  using ULongPtr = std::uintptr_t;
   using IntDbId = std::int64_t;  // 64-bit on x64, as an object id's old form
   using Boolean = bool;
   static constexpr Boolean kFalse = false;
