@@ -2,6 +2,8 @@
 
 #include <cwctype>
 
+#include "headless/acad/AcadFaces.h"
+
 #include "platform/ole/combaseapi.h"
 #include "platform/ole/oleauto.h"
 
@@ -17,22 +19,73 @@ std::wstring Lower(std::wstring text) {
 }  // namespace
 
 // The loaded-module list is AutoCAD's own ObjectARX list; names keep the case of their files.
-AcadApplication::AcadApplication(const StartOptions& options) : options_(options) {
+AcadApplication::AcadApplication(const StartOptions& options)
+    : options_(options), documents_(std::make_unique<DocumentManager>(this)) {
   loadedModules_ = {L"acapp.arx"};
   if (options_.civilLoaded) loadedModules_.push_back(L"AecBase.dbx");
+  documents_->NewDocument();
+  RegisterApplication(this);
 }
+
+AcadApplication::~AcadApplication() {
+  if (running_) UnregisterApplication(this);
+  documents_->CloseAll();
+}
+
+void AcadApplication::MakeCurrent() { MakeCurrentApplication(this); }
 
 void AcadApplication::RegisterInterfaceObject(const std::wstring& progId, InterfaceObjectFactory factory) {
   factories_[Lower(progId)] = std::move(factory);
 }
 
-void AcadApplication::Shutdown() { factories_.clear(); }
+void AcadApplication::RegisterObjectFace(const AcRxClass* objectClass, ObjectFaceFactory factory) {
+  if (objectClass != nullptr) objectFaces_[objectClass] = std::move(factory);
+}
 
-// There is no drawing document yet to answer with.
+const AcadApplication::ObjectFaceFactory* AcadApplication::ObjectFaceFor(const AcRxClass* objectClass) const {
+  for (const AcRxClass* c = objectClass; c != nullptr; c = c->myParent()) {
+    auto found = objectFaces_.find(c);
+    if (found != objectFaces_.end() && found->second) return &found->second;
+  }
+  return nullptr;
+}
+
+HRESULT AcadApplication::DocumentFace(const std::shared_ptr<Document>& document, IAcadDocument** face) {
+  if (face == nullptr) return E_POINTER;
+  *face = nullptr;
+  if (document == nullptr) return E_INVALIDARG;
+  if (document->documentFace != nullptr)
+    return document->documentFace->QueryInterface(__uuidof(IAcadDocument), reinterpret_cast<void**>(face));
+  return documentFace_ ? documentFace_(document, face) : MakeDocumentFace(document, face);
+}
+
+HRESULT AcadApplication::DatabaseFace(const std::shared_ptr<Document>& document, IAcadDatabase** face) {
+  if (face == nullptr) return E_POINTER;
+  *face = nullptr;
+  if (document == nullptr) return E_INVALIDARG;
+  if (document->databaseFace != nullptr)
+    return document->databaseFace->QueryInterface(__uuidof(IAcadDatabase), reinterpret_cast<void**>(face));
+  return databaseFace_ ? databaseFace_(document, face) : MakeDatabaseFace(document, face);
+}
+
+// Documents close and every factory (each may hold objects of this application) is dropped; the
+// application stops being current.
+void AcadApplication::Shutdown() {
+  if (running_) UnregisterApplication(this);
+  running_ = false;
+  documents_->CloseAll();
+  factories_.clear();
+  documentFace_ = nullptr;
+  databaseFace_ = nullptr;
+  objectFaces_.clear();
+}
+
 HRESULT AcadApplication::get_ActiveDocument(IAcadDocument** pActiveDoc) {
   if (pActiveDoc == nullptr) return E_POINTER;
   *pActiveDoc = nullptr;
-  return E_NOTIMPL;
+  const std::shared_ptr<Document> active = documents_->Active();
+  if (active == nullptr) return E_FAIL;
+  return DocumentFace(active, pActiveDoc);
 }
 
 HRESULT AcadApplication::ListArx(VARIANT* pVarListArray) {
