@@ -109,11 +109,24 @@ TEST_F(HeadlessApplication, RegisteredClassesAreMadeByProgId) {
   EXPECT_EQ(acad->GetInterfaceObject(CComBSTR(L"Kd.TestWidget.1"), &gone), CO_E_CLASSSTRING);
 }
 
-TEST_F(HeadlessApplication, ActiveDocumentIsNotImplementedYet) {
+TEST_F(HeadlessApplication, ActiveDocumentIsANewDrawingOfItsOwn) {
   Start(nullptr);
-  IAcadDocument* document = reinterpret_cast<IAcadDocument*>(0x1);
-  EXPECT_EQ(acad->get_ActiveDocument(&document), E_NOTIMPL);
-  EXPECT_EQ(document, nullptr);
+  CComPtr<IAcadDocument> document;
+  ASSERT_EQ(acad->get_ActiveDocument(&document), S_OK);
+  CComBSTR name;
+  ASSERT_EQ(document->get_Name(&name), S_OK);
+  EXPECT_STREQ(name, L"Drawing1.dwg");
+  HeadlessApp* other = HeadlessStart(nullptr);
+  CComPtr<IAcadApplication> otherAcad;
+  static_cast<CWinApp*>(HeadlessGetWinApp(other))
+      ->GetIDispatch(FALSE)
+      ->QueryInterface(__uuidof(IAcadApplication), reinterpret_cast<void**>(&otherAcad));
+  CComPtr<IAcadDocument> otherDocument;
+  ASSERT_EQ(otherAcad->get_ActiveDocument(&otherDocument), S_OK);
+  EXPECT_NE(otherDocument, document);
+  otherDocument.Release();
+  otherAcad.Release();
+  HeadlessStop(other);
 }
 
 TEST(HeadlessStart, RejectsUnknownOptionsAndSaysWhy) {
