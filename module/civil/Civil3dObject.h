@@ -18,6 +18,12 @@ public:
 
   static CString GetCivil3dProductCode();
 
+  // The active drawing as Civil 3D's land and roadway applications see it; null when the
+  // application is missing or the document cannot give it.
+  CComPtr<IAeccDocument> GetLandDocument();
+  CComPtr<IAeccDatabase> GetLandDatabase();
+  CComPtr<IAeccRoadwayDocument> GetRoadwayDocument();
+
   bool Initialize(CWinApp* app) override;
   bool IsInitialized() override;
 
