@@ -36,7 +36,9 @@ public:
     if (index >= 0 && index <= length()) m_items.insert(m_items.begin() + index, value);
     return *this;
   }
-  AcArray& removeAt(int index) {
+  // Kept out of line: GCC 12 at -O2 reports std::vector::erase with a constant index as out of
+  // bounds even behind the check once it is inlined into the caller.
+  [[gnu::noinline]] AcArray& removeAt(int index) {
     if (isValid(index)) m_items.erase(m_items.begin() + index);
     return *this;
   }
