@@ -194,7 +194,26 @@ CGrAcadPlatformColor* CGrAcadPlatformColor::Install() {
   return translator;
 }
 
-// Installed when the module loads. Nothing in the module refers to this file, so every link of
-// kd_acad asks for this symbol (module/acad/CMakeLists.txt) to keep the file and its initializer.
+namespace {
+
+// The translator made when the module loads lives as long as the module: a host that unloads
+// the module gets it back, and finds no translator of the unloaded module left installed.
+struct LoadTimeTranslator {
+  CGrAcadPlatformColor* made = CGrAcadPlatformColor::Install();
+  ~LoadTimeTranslator() {
+    if (IGrPlatformColor::Installed() == made) IGrPlatformColor::Install(nullptr);
+    delete made;
+  }
+  LoadTimeTranslator() = default;
+  LoadTimeTranslator(const LoadTimeTranslator&) = delete;
+  LoadTimeTranslator& operator=(const LoadTimeTranslator&) = delete;
+};
+
+const LoadTimeTranslator g_loadTimeTranslator;
+
+}  // namespace
+
+// Nothing in the module refers to this file, so every link of kd_acad asks for this symbol
+// (module/acad/CMakeLists.txt) to keep the file and its initializer.
 extern "C" const bool kdAcadPlatformColorInstalled;
-const bool kdAcadPlatformColorInstalled = (CGrAcadPlatformColor::Install(), true);
+const bool kdAcadPlatformColorInstalled = g_loadTimeTranslator.made != nullptr;

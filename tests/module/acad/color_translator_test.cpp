@@ -35,17 +35,17 @@ TEST(GrAcadColorInstallation, TheLoadedCodeInstallsAnAutoCadTranslator) {
 }
 
 TEST(GrAcadColorInstallation, InstallingAgainReplacesTheTranslatorWithoutDeletingTheOldOne) {
-  std::unique_ptr<IGrPlatformColor> before(IGrPlatformColor::Installed());
+  IGrPlatformColor* before = IGrPlatformColor::Installed();  // the one made at load, not ours
   CGrAcadPlatformColor* fresh = CGrAcadPlatformColor::Install();
   ASSERT_NE(fresh, nullptr);
-  EXPECT_NE(fresh, before.get());
+  EXPECT_NE(fresh, before);
   EXPECT_EQ(IGrPlatformColor::Installed(), fresh);
   EXPECT_EQ(before->IndexToRgb(1), 0x0000FFu) << "the old translator is still alive";
   // Any translator can be set; null uninstalls, and colours fall back to their stored fields.
   std::unique_ptr<IGrPlatformColor> current(IGrPlatformColor::Install(nullptr));
   EXPECT_EQ(current.get(), fresh);
   EXPECT_EQ(CGrColor::FromIndex(1).Rgb(), 0u);
-  IGrPlatformColor::Install(current.release());
+  IGrPlatformColor::Install(before);
 }
 
 TEST_F(GrAcadColor, IndexToRgbIsThePaletteWithRedInTheLowByte) {
