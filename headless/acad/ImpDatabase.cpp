@@ -213,6 +213,25 @@ AcDbStub* AcDbImpDatabase::findHandle(Adesk::UInt64 handle) const {
   return found == m_byHandle.end() ? nullptr : found->second;
 }
 
+Acad::ErrorStatus AcDbImpDatabase::setHandle(AcDbStub& stub, Adesk::UInt64 handle) {
+  if (handle == 0 || stub.database != this) return Acad::eInvalidInput;
+  if (handle == stub.handle) return Acad::eOk;
+  if (m_byHandle.count(handle) != 0) return Acad::eHandleExists;
+  m_byHandle.erase(stub.handle);
+  stub.handle = handle;
+  m_byHandle.emplace(handle, &stub);
+  if (handle >= m_handseed) m_handseed = handle + 1;
+  return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbImpDatabase::setHandseed(Adesk::UInt64 seed) {
+  for (const auto& entry : m_byHandle) {
+    if (entry.first >= seed) return Acad::eInvalidInput;
+  }
+  m_handseed = seed;
+  return Acad::eOk;
+}
+
 AcDbObjectId AcDbImpDatabase::addRecord(AcDbObjectId table, AcDbObject* record) {
   AcDbObjectId id;
   AcDbObject* owner = nullptr;

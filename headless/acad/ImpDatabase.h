@@ -77,6 +77,11 @@ public:
   Acad::ErrorStatus downgradeOpen(AcDbStub& stub);
   Acad::ErrorStatus erase(AcDbStub& stub, bool erasing);
   AcDbStub* findHandle(Adesk::UInt64 handle) const;
+  // For reading a drawing file: gives the object the handle it has in the file (eInvalidInput
+  // for 0, eHandleExists when another object holds it) and keeps the handle seed above it.
+  Acad::ErrorStatus setHandle(AcDbStub& stub, Adesk::UInt64 handle);
+  // The handle the next new object gets: eInvalidInput unless it is above every handle in use.
+  Acad::ErrorStatus setHandseed(Adesk::UInt64 seed);
 
   // Whether the current execution context may change this database (its document's write lock);
   // a database without a document may always be changed.

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "headless/acad/AcadApplication.h"
+#include "headless/acad/Dxf.h"
 #include "headless/ole/ComObject.h"
 #include "platform/acad/afxwin.h"
 
@@ -67,5 +68,46 @@ void HeadlessStop(HeadlessApp* app) {
 }
 
 long HeadlessLiveObjects(void) { return headless::LiveComObjects(); }
+
+int HeadlessSaveDxf(HeadlessApp* app, const char* path) {
+  if (app == nullptr) return 1;
+  if (path == nullptr || *path == '\0') {
+    app->lastError = "no file name";
+    return 1;
+  }
+  const std::shared_ptr<headless::Document> document = app->acad->Documents().Active();
+  if (document == nullptr) {
+    app->lastError = "no drawing is open";
+    return 1;
+  }
+  std::string error;
+  if (!headless::dxf::Save(*document->database(), path, error)) {
+    app->lastError = error;
+    return 1;
+  }
+  app->lastError.clear();
+  return 0;
+}
+
+int HeadlessOpenDxf(HeadlessApp* app, const char* path) {
+  if (app == nullptr) return 1;
+  if (path == nullptr || *path == '\0') {
+    app->lastError = "no file name";
+    return 1;
+  }
+  std::string error;
+  std::unique_ptr<AcDbDatabase> database = headless::dxf::Open(path, error);
+  if (database == nullptr) {
+    app->lastError = error;
+    return 1;
+  }
+  const std::string file(path);
+  const std::string name = file.substr(file.find_last_of('/') == std::string::npos ? 0 : file.find_last_of('/') + 1);
+  auto& documents = app->acad->Documents();
+  documents.AddDocument(std::wstring(name.begin(), name.end()), std::move(database));
+  documents.SetWorkingDatabase(nullptr);
+  app->lastError.clear();
+  return 0;
+}
 
 }  // extern "C"

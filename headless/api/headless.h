@@ -47,6 +47,17 @@ HEADLESS_API void HeadlessSetModelBackground(unsigned int colorValue);
  * or test that has released everything it was given sees it return to its earlier value. */
 HEADLESS_API long HeadlessLiveObjects(void);
 
+/* Writes the active drawing as an ASCII DXF file (AutoCAD 2004 format, AC1018) that CAD programs
+ * open: its layers, line types, text styles, blocks, entities, groups, extension dictionaries with
+ * their Xrecords, with every object's handle and owner. The file is written beside path and
+ * renamed into place when complete: a failed save leaves no file (an existing file stays as it
+ * was) and HeadlessLastError says why. 0 on success. */
+HEADLESS_API int HeadlessSaveDxf(HeadlessApp* app, const char* path);
+
+/* Opens a DXF file (as HeadlessSaveDxf writes them) as a new drawing, made the active document:
+ * the same entities, handles, extension dictionaries and tags. 0 on success. */
+HEADLESS_API int HeadlessOpenDxf(HeadlessApp* app, const char* path);
+
 #ifdef __cplusplus
 }
 #endif
