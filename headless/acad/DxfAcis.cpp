@@ -19,9 +19,19 @@ std::string Num(double v) {
   return std::string(buf, end);
 }
 
-std::string Ref(int index) { return "$" + std::to_string(index); }
+// One SAT line from its pieces (appended one by one: GCC 12 misjudges "literal" + string at -O3).
+template <class... Parts>
+std::string Join(const Parts&... parts) {
+  std::string line;
+  ((line += parts), ...);
+  return line;
+}
 
-std::string Counted(const std::string& text) { return "@" + std::to_string(text.size()) + " " + text; }
+std::string Ref(int index) { return Join(std::string_view("$"), std::to_string(index)); }
+
+std::string Counted(const std::string& text) {
+  return Join(std::string_view("@"), std::to_string(text.size()), std::string_view(" "), text);
+}
 
 // A closed polyhedron: faces are vertex index loops, counter-clockwise seen from outside.
 struct Polyhedron {
@@ -132,27 +142,31 @@ std::vector<std::string> SatOf(const Polyhedron& mesh) {
 
   std::vector<std::string> lines;
   lines.push_back("700 0 1 0 ");
-  lines.push_back(Counted("Headless AutoCAD") + " " + Counted("ACIS 7.0 NT") + " " +
-                  Counted("Mon Jan  1 00:00:00 2024") + " ");
+  lines.push_back(Join(Counted("Headless AutoCAD"), std::string_view(" "), Counted("ACIS 7.0 NT"),
+                       std::string_view(" "), Counted("Mon Jan  1 00:00:00 2024"), std::string_view(" ")));
   lines.push_back("1 9.9999999999999995e-007 1e-010 ");
   lines.push_back("body $-1 -1 $-1 $2 $-1 $1 #");
   lines.push_back("transform $-1 -1 1 0 0 0 1 0 0 0 1 0 0 0 1 no_rotate no_reflect no_shear #");
   lines.push_back("lump $-1 -1 $-1 $-1 $3 $0 #");
-  lines.push_back("shell $-1 -1 $-1 $-1 $-1 " + Ref(faceBase) + " $-1 $2 #");
+  lines.push_back(Join(std::string_view("shell $-1 -1 $-1 $-1 $-1 "), Ref(faceBase), std::string_view(" $-1 $2 #")));
   for (int f = 0; f < faceCount; ++f) {
     const int at = faceBase + 3 * f;
     const std::string nextFace = f + 1 < faceCount ? Ref(at + 3) : "$-1";
-    lines.push_back("face $-1 -1 $-1 " + nextFace + " " + Ref(at + 1) + " $3 $-1 " + Ref(at + 2) + " forward single #");
-    lines.push_back("loop $-1 -1 $-1 $-1 " + Ref(coedgeOfFace[f]) + " " + Ref(at) + " #");
+    lines.push_back(Join(std::string_view("face $-1 -1 $-1 "), nextFace, std::string_view(" "), Ref(at + 1),
+                         std::string_view(" $3 $-1 "), Ref(at + 2), std::string_view(" forward single #")));
+    lines.push_back(Join(std::string_view("loop $-1 -1 $-1 $-1 "), Ref(coedgeOfFace[f]), std::string_view(" "), Ref(at),
+                         std::string_view(" #")));
     const auto& face = mesh.faces[static_cast<std::size_t>(f)];
     const AcGePoint3d& a = mesh.points[static_cast<std::size_t>(face[0])];
     const AcGePoint3d& b = mesh.points[static_cast<std::size_t>(face[1])];
     const AcGePoint3d& c = mesh.points[static_cast<std::size_t>(face[2])];
     const AcGeVector3d normal = (b - a).crossProduct(c - a).normal();
     const AcGeVector3d u = (b - a).normal();
-    lines.push_back("plane-surface $-1 -1 $-1 " + Num(a.x) + " " + Num(a.y) + " " + Num(a.z) + " " + Num(normal.x) +
-                    " " + Num(normal.y) + " " + Num(normal.z) + " " + Num(u.x) + " " + Num(u.y) + " " + Num(u.z) +
-                    " forward_v I I I I #");
+    lines.push_back(Join(std::string_view("plane-surface $-1 -1 $-1 "), Num(a.x), std::string_view(" "), Num(a.y),
+                         std::string_view(" "), Num(a.z), std::string_view(" "), Num(normal.x), std::string_view(" "),
+                         Num(normal.y), std::string_view(" "), Num(normal.z), std::string_view(" "), Num(u.x),
+                         std::string_view(" "), Num(u.y), std::string_view(" "), Num(u.z),
+                         std::string_view(" forward_v I I I I #")));
   }
   for (std::size_t c = 0; c < coedges.size(); ++c) {
     const Coedge& ce = coedges[c];
@@ -161,26 +175,31 @@ std::vector<std::string> SatOf(const Polyhedron& mesh) {
     const int k = static_cast<int>(c) - first;
     const int nextC = coedgeBase + first + (k + 1) % size;
     const int prevC = coedgeBase + first + (k + size - 1) % size;
-    lines.push_back("coedge $-1 -1 $-1 " + Ref(nextC) + " " + Ref(prevC) + " " + Ref(coedgeBase + partner[c]) + " " +
-                    Ref(edgeBase + 2 * ce.edge) + (ce.forward ? " forward " : " reversed ") +
-                    Ref(faceBase + 3 * ce.face + 1) + " $-1 #");
+    lines.push_back(Join(std::string_view("coedge $-1 -1 $-1 "), Ref(nextC), std::string_view(" "), Ref(prevC),
+                         std::string_view(" "), Ref(coedgeBase + partner[c]), std::string_view(" "),
+                         Ref(edgeBase + 2 * ce.edge), std::string_view(ce.forward ? " forward " : " reversed "),
+                         Ref(faceBase + 3 * ce.face + 1), std::string_view(" $-1 #")));
   }
   for (std::size_t e = 0; e < edges.size(); ++e) {
     const AcGePoint3d& a = mesh.points[static_cast<std::size_t>(edges[e].from)];
     const AcGePoint3d& b = mesh.points[static_cast<std::size_t>(edges[e].to)];
     const AcGeVector3d d = (b - a).normal();
     const int at = edgeBase + 2 * static_cast<int>(e);
-    lines.push_back("edge $-1 -1 $-1 " + Ref(vertexBase + edges[e].from) + " 0 " + Ref(vertexBase + edges[e].to) + " " +
-                    Num(a.distanceTo(b)) + " " + Ref(coedgeBase + edges[e].coedge) + " " + Ref(at + 1) +
-                    " forward @7 unknown #");
-    lines.push_back("straight-curve $-1 -1 $-1 " + Num(a.x) + " " + Num(a.y) + " " + Num(a.z) + " " + Num(d.x) + " " +
-                    Num(d.y) + " " + Num(d.z) + " I I #");
+    lines.push_back(Join(std::string_view("edge $-1 -1 $-1 "), Ref(vertexBase + edges[e].from), std::string_view(" 0 "),
+                         Ref(vertexBase + edges[e].to), std::string_view(" "), Num(a.distanceTo(b)),
+                         std::string_view(" "), Ref(coedgeBase + edges[e].coedge), std::string_view(" "), Ref(at + 1),
+                         std::string_view(" forward @7 unknown #")));
+    lines.push_back(Join(std::string_view("straight-curve $-1 -1 $-1 "), Num(a.x), std::string_view(" "), Num(a.y),
+                         std::string_view(" "), Num(a.z), std::string_view(" "), Num(d.x), std::string_view(" "),
+                         Num(d.y), std::string_view(" "), Num(d.z), std::string_view(" I I #")));
   }
   for (std::size_t v = 0; v < mesh.points.size(); ++v) {
-    lines.push_back("vertex $-1 -1 $-1 " + Ref(edgeAtVertex[v]) + " " + Ref(pointBase + static_cast<int>(v)) + " #");
+    lines.push_back(Join(std::string_view("vertex $-1 -1 $-1 "), Ref(edgeAtVertex[v]), std::string_view(" "),
+                         Ref(pointBase + static_cast<int>(v)), std::string_view(" #")));
   }
   for (const AcGePoint3d& p : mesh.points) {
-    lines.push_back("point $-1 -1 $-1 " + Num(p.x) + " " + Num(p.y) + " " + Num(p.z) + " #");
+    lines.push_back(Join(std::string_view("point $-1 -1 $-1 "), Num(p.x), std::string_view(" "), Num(p.y),
+                         std::string_view(" "), Num(p.z), std::string_view(" #")));
   }
   lines.push_back("End-of-ACIS-data ");
   return lines;

@@ -99,4 +99,28 @@ std::string Crypt(std::string_view line) {
   return out;
 }
 
+std::string EscapeCarets(std::string_view coded) {
+  std::string out;
+  out.reserve(coded.size() + 8);
+  for (char c : coded) {
+    out.push_back(c);
+    if (c == '^') out.push_back(' ');
+  }
+  return out;
+}
+
+std::string UnescapeCarets(std::string_view value) {
+  std::string out;
+  out.reserve(value.size());
+  for (std::size_t i = 0; i < value.size(); ++i) {
+    if (value[i] == '^' && i + 1 < value.size()) {
+      out.push_back(value[i + 1] == ' ' ? '^' : static_cast<char>(value[i + 1] - 64));
+      ++i;
+    } else {
+      out.push_back(value[i]);
+    }
+  }
+  return out;
+}
+
 }  // namespace headless::dxf

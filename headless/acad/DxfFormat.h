@@ -85,5 +85,8 @@ std::wstring Decode(std::string_view value);
 // The ACIS text of a 3D solid is written with every character but the space c turned into
 // 159 - c; the same operation undoes it.
 std::string Crypt(std::string_view line);
+// The caret of the coded text is written "^ ", as in every DXF string; and read back.
+std::string EscapeCarets(std::string_view coded);
+std::string UnescapeCarets(std::string_view value);
 
 }  // namespace headless::dxf

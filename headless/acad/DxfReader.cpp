@@ -825,9 +825,9 @@ private:
     std::vector<std::string> lines;
     for (const Tag& t : view.Body("AcDbModelerGeometry")) {
       if (t.code == 1) {
-        lines.push_back(Crypt(t.value));
+        lines.push_back(Crypt(UnescapeCarets(t.value)));
       } else if (t.code == 3 && !lines.empty()) {
-        lines.back() += Crypt(t.value);
+        lines.back() += Crypt(UnescapeCarets(t.value));
       }
     }
     AcDbImpAccess::Frustum frustum{};

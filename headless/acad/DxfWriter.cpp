@@ -757,12 +757,16 @@ private:
     EntityHead("3DSOLID", solid, stub, "AcDbModelerGeometry");
     m_out.Int(70, 1);
     for (const std::string& line : FrustumSat(AcDbImpAccess::frustum(solid))) {
-      const std::string coded = Crypt(line);
+      const std::string coded = EscapeCarets(Crypt(line));
+      // At most 255 characters a group; the rest follows in groups 3, never splitting a "^ ".
       constexpr std::size_t kChunk = 255;
-      for (std::size_t at = 0; at < coded.size() || at == 0; at += kChunk) {
-        m_out.Str(at == 0 ? 1 : 3, std::string_view(coded).substr(at, kChunk));
-        if (coded.empty()) break;
-      }
+      std::size_t at = 0;
+      do {
+        std::size_t size = std::min(kChunk, coded.size() - at);
+        if (size == kChunk && coded[at + size - 1] == '^') --size;
+        m_out.Str(at == 0 ? 1 : 3, std::string_view(coded).substr(at, size));
+        at += size;
+      } while (at < coded.size());
     }
     m_out.Str(100, "AcDb3dSolid");
   }

@@ -55,7 +55,11 @@ def geometry(e):
     if t == "HATCH":
         return {"pattern": d.pattern_name, "paths": len(e.paths)}
     if t == "3DSOLID":
-        return {"acis_lines": len(e.acis_data)}
+        # ezdxf's own ACIS parser turns the body into meshes: the data must be sound SAT.
+        from ezdxf.acis import api
+        meshes = [m for body in api.load_dxf(e) for m in api.mesh_from_body(body)]
+        return {"acis_vertices": sum(len(m.vertices) for m in meshes),
+                "acis_faces": sum(len(m.faces) for m in meshes)}
     return {}
 
 

@@ -154,7 +154,10 @@ TEST_F(ASavedDrawing, EzdxfLoadsItAuditsCleanAndFindsWhatWasDrawn) {
     }
   }
   EXPECT_EQ((*byHandle.at(HexHandle(table->Handle())))["tag"].asString(), "table-tag");
-  EXPECT_EQ((*byHandle.at(HexHandle(cylinder->Handle())))["tag"].asString(), "pile-tag");
+  const Json::Value& pile = *byHandle.at(HexHandle(cylinder->Handle()));
+  EXPECT_EQ(pile["tag"].asString(), "pile-tag");
+  EXPECT_EQ(pile["acis_faces"].asInt(), 32 + 2) << "a faceted body: sides and two ends";
+  EXPECT_EQ(pile["acis_vertices"].asInt(), 2 * 32);
 
   // Coordinates keep every bit: 17 significant digits.
   const Json::Value& line = *byHandle.at(HexHandle(elements[0]->Handle()));
