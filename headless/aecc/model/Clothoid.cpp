@@ -66,7 +66,12 @@ double Clothoid::A() const { return std::sqrt(length_ / std::abs(k1_ - k0_)); }
 
 double Clothoid::Clamp(double s) const { return std::clamp(s, 0.0, length_); }
 
-double Clothoid::CurvatureAt(double s) const { return k0_ + (k1_ - k0_) * Clamp(s) / length_; }
+// Exact at both ends: a spiral that runs out to a tangent ends with curvature 0, not a rounding
+// residue that would keep it from joining the tangent.
+double Clothoid::CurvatureAt(double s) const {
+  const double t = Clamp(s) / length_;
+  return (1.0 - t) * k0_ + t * k1_;
+}
 
 double Clothoid::DirectionAt(double s) const {
   s = Clamp(s);
