@@ -2,11 +2,10 @@
 // and its documents.
 #pragma once
 
+#include "platform/aecc/aeccxroadway.h"
 #include "platform/aecc/aeccxuiland.h"
 
 #if !defined(_WIN32)
-
-struct IAeccCorridors;
 
 // The land document's members, and the corridors.
 struct IAeccRoadwayDocument : IAeccDocument {
