@@ -5,6 +5,7 @@
 
 #include "headless/acad/AcadApplication.h"
 #include "headless/acad/Dxf.h"
+#include "headless/aecc/LandApplication.h"
 #include "headless/ole/ComObject.h"
 #include "platform/acad/afxwin.h"
 
@@ -41,6 +42,7 @@ HeadlessApp* HeadlessStart(const char* options) {
     return nullptr;
   }
   app->acad = headless::MakeComObject<headless::AcadApplication>(*parsed);
+  if (app->acad != nullptr) headless::land::Install(*app->acad);
   app->winApp = app->acad ? new (std::nothrow) HeadlessWinApp(app->acad) : nullptr;
   if (app->winApp == nullptr) {
     lastStartError = "out of memory";
