@@ -1,11 +1,13 @@
 #include "headless/api/headless.h"
 
+#include <exception>
 #include <new>
 #include <string>
 
 #include "headless/acad/AcadApplication.h"
 #include "headless/acad/Dxf.h"
 #include "headless/aecc/LandApplication.h"
+#include "headless/aecc/LandXmlExchange.h"
 #include "headless/ole/ComObject.h"
 #include "platform/acad/afxwin.h"
 
@@ -51,6 +53,44 @@ HeadlessApp* HeadlessStart(const char* options) {
   }
   lastStartError.clear();
   return app;
+}
+
+int HeadlessImportLandXml(HeadlessApp* app, const char* path, const char* options) {
+  if (app == nullptr) return 1;
+  if (path == nullptr || *path == '\0') {
+    app->lastError = "no file to import";
+    return 1;
+  }
+  try {
+    std::string error;
+    if (headless::land::ImportLandXml(*app->acad, path, options, error)) {
+      app->lastError.clear();
+      return 0;
+    }
+    app->lastError = error;
+  } catch (const std::exception& e) {
+    app->lastError = std::string(path) + ": " + e.what();
+  }
+  return 1;
+}
+
+int HeadlessExportLandXml(HeadlessApp* app, const char* path) {
+  if (app == nullptr) return 1;
+  if (path == nullptr || *path == '\0') {
+    app->lastError = "no file to export to";
+    return 1;
+  }
+  try {
+    std::string error;
+    if (headless::land::ExportLandXml(*app->acad, path, error)) {
+      app->lastError.clear();
+      return 0;
+    }
+    app->lastError = error;
+  } catch (const std::exception& e) {
+    app->lastError = std::string(path) + ": " + e.what();
+  }
+  return 1;
 }
 
 void* HeadlessGetWinApp(HeadlessApp* app) { return app ? static_cast<CWinApp*>(app->winApp) : nullptr; }

@@ -30,6 +30,17 @@ HEADLESS_API HeadlessApp* HeadlessStart(const char* options);
 /* The CWinApp* a host passes to the module's Initialize. Owned by app. */
 HEADLESS_API void* HeadlessGetWinApp(HeadlessApp* app);
 
+/* Imports alignments (every entity kind, spirals into Civil 3D's spiral groups) with their
+ * stationing and station equations, and their layout profiles, from a LandXML file (1.0, 1.1,
+ * 1.2) into the active drawing, as Civil 3D's own LandXML import does. options is NULL or
+ * "site=NAME": the alignments go into that site (made if absent) instead of being siteless.
+ * Names the drawing has already get " (1)", " (2)", ... Surfaces in the file are not imported
+ * yet. 0 on success. */
+HEADLESS_API int HeadlessImportLandXml(HeadlessApp* app, const char* path, const char* options);
+
+/* Writes the active drawing's alignments and profiles as LandXML 1.2. 0 on success. */
+HEADLESS_API int HeadlessExportLandXml(HeadlessApp* app, const char* path);
+
 /* Message of the last failed call on app, "" if none. With app NULL: the last failed
  * HeadlessStart of the calling thread. */
 HEADLESS_API const char* HeadlessLastError(HeadlessApp* app);
