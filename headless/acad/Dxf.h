@@ -18,15 +18,15 @@ namespace headless::dxf {
 // Writes the drawing to path: first to a temporary file beside it, renamed over path once
 // complete, so that a failed save leaves no file (and an existing one as it was). False, with the
 // reason in error, when the file cannot be written.
-bool Save(AcDbDatabase& database, const std::string& path, std::string& error);
+KD_PLATFORM_API bool Save(AcDbDatabase& database, const std::string& path, std::string& error);
 
 // The whole file as text (what Save writes).
-std::string Write(AcDbDatabase& database);
+KD_PLATFORM_API std::string Write(AcDbDatabase& database);
 
 // Reads a drawing written by Save (or by another program, for the objects this platform has):
 // the objects keep their handles, owners, extension dictionaries and Xrecords. Null, with the
 // reason in error, when the file cannot be read or is no DXF drawing.
-std::unique_ptr<AcDbDatabase> Open(const std::string& path, std::string& error);
-std::unique_ptr<AcDbDatabase> Read(const std::string& text, std::string& error);
+KD_PLATFORM_API std::unique_ptr<AcDbDatabase> Open(const std::string& path, std::string& error);
+KD_PLATFORM_API std::unique_ptr<AcDbDatabase> Read(const std::string& text, std::string& error);
 
 }  // namespace headless::dxf

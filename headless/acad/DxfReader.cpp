@@ -42,8 +42,14 @@ void Reader::Split() {
     while (j < m_tags.size() && m_tags[j].code != 0) ++j;
     record.end = j;
     if (record.type == "SECTION") {
-      for (std::size_t k = record.begin; k < record.end; ++k)
-        if (m_tags[k].code == 2) section = std::string(Trim(m_tags[k].value));
+      for (std::size_t k = record.begin; k < record.end; ++k) {
+        if (m_tags[k].code == 2) {
+          section = std::string(Trim(m_tags[k].value));
+          break;
+        }
+      }
+      // The header variables sit in the SECTION record itself.
+      if (section == "HEADER") m_sections[section].push_back(record);
     } else if (record.type == "ENDSEC") {
       section.clear();
     } else if (!section.empty()) {
