@@ -336,23 +336,23 @@ bool AlignmentNameTaken(const AcDbDatabase* db, std::wstring_view name, AcDbObje
   return false;
 }
 
-Acad::ErrorStatus AddAlignment(AcDbDatabase* db, const NewAlignment& spec, AcDbObjectId& id,
+Acad::ErrorStatus AddAlignment(AcDbDatabase* db, const NewAlignment& request, AcDbObjectId& id,
                                land::AlignmentGeometry* geometry) {
-  if (spec.name.empty()) return Acad::eInvalidInput;
-  if (AlignmentNameTaken(db, spec.name)) return Acad::eDuplicateRecordName;
+  if (request.name.empty()) return Acad::eInvalidInput;
+  if (AlignmentNameTaken(db, request.name)) return Acad::eDuplicateRecordName;
   Roots roots;
   Acad::ErrorStatus es = Ensure(db, roots);
   if (es != Acad::eOk) return es;
-  if (!spec.layer.empty() && (es = MakeLayer(db, spec.layer)) != Acad::eOk) return es;
+  if (!request.layer.empty() && (es = MakeLayer(db, request.layer)) != Acad::eOk) return es;
 
   auto* alignment = new AeccDbAlignment;
-  alignment->setName(spec.name);
-  alignment->setDescription(spec.description);
-  alignment->setStyleId(spec.style);
-  alignment->setLabelSetId(spec.labelSet);
-  alignment->setSiteId(spec.site);
+  alignment->setName(request.name);
+  alignment->setDescription(request.description);
+  alignment->setStyleId(request.style);
+  alignment->setLabelSetId(request.labelSet);
+  alignment->setSiteId(request.site);
   if (geometry != nullptr) *alignment->geometryForWrite() = std::move(*geometry);
-  if ((es = AppendToModelSpace(db, alignment, spec.layer, id)) != Acad::eOk) return es;
+  if ((es = AppendToModelSpace(db, alignment, request.layer, id)) != Acad::eOk) return es;
 
   AeccDbLandRegistry* registry = nullptr;
   if ((es = acdbOpenObject(registry, roots.registry, AcDb::kForWrite)) == Acad::eOk) {
@@ -417,10 +417,10 @@ bool ProfileNameTaken(AcDbObjectId alignment, std::wstring_view name, AcDbObject
   return !found.isNull() && found != except;
 }
 
-Acad::ErrorStatus AddProfile(AcDbObjectId alignmentId, const NewProfile& spec, AcDbObjectId& id,
+Acad::ErrorStatus AddProfile(AcDbObjectId alignmentId, const NewProfile& request, AcDbObjectId& id,
                              land::ProfileGeometry* geometry) {
-  if (spec.name.empty()) return Acad::eInvalidInput;
-  if (ProfileNameTaken(alignmentId, spec.name)) return Acad::eDuplicateRecordName;
+  if (request.name.empty()) return Acad::eInvalidInput;
+  if (ProfileNameTaken(alignmentId, request.name)) return Acad::eDuplicateRecordName;
   AeccDbAlignment* alignment = nullptr;
   Acad::ErrorStatus es = acdbOpenObject(alignment, alignmentId, AcDb::kForWrite);
   if (es != Acad::eOk) return es;
@@ -428,10 +428,10 @@ Acad::ErrorStatus AddProfile(AcDbObjectId alignmentId, const NewProfile& spec, A
   const std::wstring layerName = layer == nullptr ? L"" : layer;
   acutDelString(layer);
 
-  auto* profile = new AeccDbProfile(alignmentId, spec.type);
-  profile->setName(spec.name);
-  profile->setDescription(spec.description);
-  profile->setStyleId(spec.style);
+  auto* profile = new AeccDbProfile(alignmentId, request.type);
+  profile->setName(request.name);
+  profile->setDescription(request.description);
+  profile->setStyleId(request.style);
   if (geometry != nullptr) *profile->geometryForWrite() = std::move(*geometry);
   es = AppendToModelSpace(alignment->database(), profile, layerName, id);
   if (es == Acad::eOk) es = alignment->addProfileId(id);

@@ -85,7 +85,7 @@ struct NewAlignment {
 // Appends a new alignment to model space and registers it. eDuplicateRecordName when the name is
 // taken, eInvalidInput for an empty name, eInvalidSymbolTableName for a layer name AutoCAD
 // refuses. The geometry, when given, is the new alignment's.
-Acad::ErrorStatus AddAlignment(AcDbDatabase* db, const NewAlignment& spec, AcDbObjectId& id,
+Acad::ErrorStatus AddAlignment(AcDbDatabase* db, const NewAlignment& request, AcDbObjectId& id,
                                land::AlignmentGeometry* geometry = nullptr);
 
 // Appends a new entity to model space on `layer` (the current layer when empty) and closes it;
@@ -108,7 +108,7 @@ struct NewProfile {
 };
 // Appends a new profile of the alignment to model space, on the alignment's layer, and links it
 // to the alignment. eDuplicateRecordName, eInvalidInput as for alignments.
-Acad::ErrorStatus AddProfile(AcDbObjectId alignment, const NewProfile& spec, AcDbObjectId& id,
+Acad::ErrorStatus AddProfile(AcDbObjectId alignment, const NewProfile& request, AcDbObjectId& id,
                              land::ProfileGeometry* geometry = nullptr);
 
 }  // namespace headless::land_drawing

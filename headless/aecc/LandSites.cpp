@@ -61,17 +61,17 @@ public:
     land_drawing::Roots roots;
     if (HRESULT hr = LandRoots(*document_, roots); FAILED(hr)) return hr;
     AcDbDatabase* db = document_->database();
-    land_drawing::NewAlignment spec;
-    spec.name = Text(Name);
-    spec.layer = Text(Layer);
-    spec.site = site_;
-    spec.style = StyleFromVariant(db, LandStyleKind::Alignment, AlignmentStyle);
-    spec.labelSet = StyleFromVariant(db, LandStyleKind::AlignmentLabelSet, AlignmentLabelStyleSet);
-    if (spec.name.empty() || spec.style.isNull() || spec.labelSet.isNull()) return E_INVALIDARG;
-    if (land_drawing::AlignmentNameTaken(db, spec.name)) return E_INVALIDARG;
+    land_drawing::NewAlignment request;
+    request.name = Text(Name);
+    request.layer = Text(Layer);
+    request.site = site_;
+    request.style = StyleFromVariant(db, LandStyleKind::Alignment, AlignmentStyle);
+    request.labelSet = StyleFromVariant(db, LandStyleKind::AlignmentLabelSet, AlignmentLabelStyleSet);
+    if (request.name.empty() || request.style.isNull() || request.labelSet.isNull()) return E_INVALIDARG;
+    if (land_drawing::AlignmentNameTaken(db, request.name)) return E_INVALIDARG;
     if (HRESULT hr = faces::AutoLock(*document_); FAILED(hr)) return hr;
     AcDbObjectId id;
-    if (HRESULT hr = ToHResult(land_drawing::AddAlignment(db, spec, id)); FAILED(hr)) return hr;
+    if (HRESULT hr = ToHResult(land_drawing::AddAlignment(db, request, id)); FAILED(hr)) return hr;
     return LandObjectFace(document_, id, pVal);
   }
 

@@ -371,25 +371,25 @@ bool ImportLandXml(AcadApplication& application, const std::filesystem::path& pa
   const std::vector<AcDbObjectId> labelSets = land_drawing::Styles(db, LandStyleKind::AlignmentLabelSet);
   const std::vector<AcDbObjectId> profileStyles = land_drawing::Styles(db, LandStyleKind::Profile);
   for (PlannedAlignment& planned : plan) {
-    land_drawing::NewAlignment spec;
-    spec.name = land_drawing::FreeName(planned.name.empty() ? std::wstring(L"Alignment") : planned.name,
+    land_drawing::NewAlignment request;
+    request.name = land_drawing::FreeName(planned.name.empty() ? std::wstring(L"Alignment") : planned.name,
                                        [&](const std::wstring& n) { return land_drawing::AlignmentNameTaken(db, n); });
-    spec.description = planned.description;
-    spec.style = alignmentStyles.empty() ? AcDbObjectId::kNull : alignmentStyles.front();
-    spec.labelSet = labelSets.empty() ? AcDbObjectId::kNull : labelSets.front();
-    spec.site = site;
+    request.description = planned.description;
+    request.style = alignmentStyles.empty() ? AcDbObjectId::kNull : alignmentStyles.front();
+    request.labelSet = labelSets.empty() ? AcDbObjectId::kNull : labelSets.front();
+    request.site = site;
     AcDbObjectId id;
-    Acad::ErrorStatus es = land_drawing::AddAlignment(db, spec, id, &planned.geometry);
+    Acad::ErrorStatus es = land_drawing::AddAlignment(db, request, id, &planned.geometry);
     if (es == Acad::eOk) made.push_back(id);
     for (PlannedProfile& profile : planned.profiles) {
       if (es != Acad::eOk) break;
-      land_drawing::NewProfile profileSpec;
-      profileSpec.name = land_drawing::FreeName(
+      land_drawing::NewProfile profileRequest;
+      profileRequest.name = land_drawing::FreeName(
           profile.name, [&](const std::wstring& n) { return land_drawing::ProfileNameTaken(id, n); });
-      profileSpec.description = profile.description;
-      profileSpec.style = profileStyles.empty() ? AcDbObjectId::kNull : profileStyles.front();
+      profileRequest.description = profile.description;
+      profileRequest.style = profileStyles.empty() ? AcDbObjectId::kNull : profileStyles.front();
       AcDbObjectId profileId;
-      es = land_drawing::AddProfile(id, profileSpec, profileId, &profile.geometry);
+      es = land_drawing::AddProfile(id, profileRequest, profileId, &profile.geometry);
     }
     if (es != Acad::eOk) {
       Erase(made);

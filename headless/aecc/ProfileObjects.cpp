@@ -133,15 +133,15 @@ public:
     if (!AlignmentLives()) return E_FAIL;
     land_drawing::Roots roots;
     if (HRESULT hr = LandRoots(*document_, roots); FAILED(hr)) return hr;
-    land_drawing::NewProfile spec;
-    spec.name = Text(Name);
-    spec.style = StyleFromVariant(document_->database(), LandStyleKind::Profile, ProfileStyle);
-    if (spec.name.empty() || !KnownType(ProfileType) || spec.style.isNull()) return E_INVALIDARG;
-    if (land_drawing::ProfileNameTaken(alignment_, spec.name)) return E_INVALIDARG;
-    spec.type = static_cast<land::ProfileType>(ProfileType);
+    land_drawing::NewProfile request;
+    request.name = Text(Name);
+    request.style = StyleFromVariant(document_->database(), LandStyleKind::Profile, ProfileStyle);
+    if (request.name.empty() || !KnownType(ProfileType) || request.style.isNull()) return E_INVALIDARG;
+    if (land_drawing::ProfileNameTaken(alignment_, request.name)) return E_INVALIDARG;
+    request.type = static_cast<land::ProfileType>(ProfileType);
     if (HRESULT hr = faces::AutoLock(*document_); FAILED(hr)) return hr;
     AcDbObjectId id;
-    if (HRESULT hr = ToHResult(land_drawing::AddProfile(alignment_, spec, id)); FAILED(hr)) return hr;
+    if (HRESULT hr = ToHResult(land_drawing::AddProfile(alignment_, request, id)); FAILED(hr)) return hr;
     return LandObjectFace(document_, id, pVal);
   }
   // Erases the profile.
