@@ -420,17 +420,12 @@ private:
   template <class Out, class Body>
   HRESULT Read(Out* out, Body body) {
     if (out == nullptr) return E_POINTER;
-    Opened<AeccDbAlignment> alignment(ref_.alignment, AcDb::kForRead);
-    if (!alignment) return alignment.Status();
-    return body(alignment->geometry());
+    return WithRead<AeccDbAlignment>(ref_.alignment, [&](const AeccDbAlignment& a) { return body(a.geometry()); });
   }
   template <class Body>
   HRESULT Write(Body body) {
-    if (ref_.alignment.isErased()) return E_FAIL;
-    if (HRESULT hr = faces::AutoLock(*ref_.document); FAILED(hr)) return hr;
-    Opened<AeccDbAlignment> alignment(ref_.alignment, AcDb::kForWrite);
-    if (!alignment) return alignment.Status();
-    return body(*alignment->geometryForWrite());
+    return WithWrite<AeccDbAlignment>(*ref_.document, ref_.alignment,
+                                      [&](AeccDbAlignment& a) { return body(*a.geometryForWrite()); });
   }
   template <class I>
   HRESULT Face(int id, I** out) {

@@ -112,17 +112,11 @@ private:
   HRESULT Read(Out* out, Body body) {
     if (out == nullptr) return E_POINTER;
     if constexpr (std::is_same_v<Out, BSTR>) *out = nullptr;
-    Opened<AeccDbAlignment> alignment(objectId(), AcDb::kForRead);
-    if (!alignment) return alignment.Status();
-    return body(*alignment);
+    return WithRead<AeccDbAlignment>(objectId(), body);
   }
   template <class Body>
   HRESULT Write(Body body) {
-    if (objectId().isErased()) return E_FAIL;
-    if (HRESULT hr = faces::AutoLock(*document()); FAILED(hr)) return hr;
-    Opened<AeccDbAlignment> alignment(objectId(), AcDb::kForWrite);
-    if (!alignment) return alignment.Status();
-    return body(*alignment);
+    return WithWrite<AeccDbAlignment>(*document(), objectId(), body);
   }
 };
 

@@ -79,7 +79,7 @@ Acad::ErrorStatus AddNamed(AcDbObjectId dictionaryId, const std::wstring& name, 
   return es;
 }
 
-// Renames an entry of the dictionary that owns the object, and the object through `apply`.
+// Renames the object and its entry in the dictionary that owns it, unless `clash` objects.
 template <class T>
 Acad::ErrorStatus Rename(AcDbObjectId id, const std::wstring& name, const std::function<bool(const T&)>& clash) {
   if (name.empty()) return Acad::eInvalidInput;

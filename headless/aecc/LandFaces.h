@@ -58,6 +58,25 @@ private:
   HRESULT status_ = E_FAIL;
 };
 
+// Runs body on the object opened for read; the failure of a face on such an object when it
+// cannot be opened.
+template <class T, class Body>
+HRESULT WithRead(AcDbObjectId id, Body body) {
+  Opened<T> object(id, AcDb::kForRead);
+  if (!object) return object.Status();
+  return body(*object);
+}
+
+// Takes the lock automation takes, opens the object for write and runs body on it.
+template <class T, class Body>
+HRESULT WithWrite(Document& document, AcDbObjectId id, Body body) {
+  if (id.isErased()) return E_FAIL;
+  if (HRESULT hr = faces::AutoLock(document); FAILED(hr)) return hr;
+  Opened<T> object(id, AcDb::kForWrite);
+  if (!object) return object.Status();
+  return body(*object);
+}
+
 // Text in and out.
 std::wstring Text(BSTR text);
 HRESULT ToBstr(const std::wstring& text, BSTR* out);

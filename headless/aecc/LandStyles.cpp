@@ -39,10 +39,8 @@ public:
     return ToBstr(style->description(), pVal);
   }
   HRESULT STDMETHODCALLTYPE put_Description(BSTR pVal) override {
-    if (HRESULT hr = faces::AutoLock(*this->document()); FAILED(hr)) return hr;
-    Opened<AeccDbStyle> style(this->objectId(), AcDb::kForWrite);
-    if (!style) return style.Status();
-    return ToHResult(style->setDescription(Text(pVal)));
+    return WithWrite<AeccDbStyle>(*this->document(), this->objectId(),
+                                  [&](AeccDbStyle& style) { return ToHResult(style.setDescription(Text(pVal))); });
   }
 };
 
@@ -91,10 +89,7 @@ public:
     const AcDbObjectId id = Pick(ids, key, StyleName);
     if (id.isNull()) return E_INVALIDARG;
     if (land_drawing::StyleInUse(document_->database(), id)) return E_FAIL;
-    if (HRESULT hr = faces::AutoLock(*document_); FAILED(hr)) return hr;
-    Opened<AeccDbStyle> style(id, AcDb::kForWrite);
-    if (!style) return style.Status();
-    return ToHResult(style->erase());
+    return WithWrite<AeccDbStyle>(*document_, id, [](AeccDbStyle& style) { return ToHResult(style.erase()); });
   }
 
 private:

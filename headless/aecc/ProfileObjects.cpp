@@ -88,17 +88,11 @@ private:
   HRESULT Read(Out* out, Body body) {
     if (out == nullptr) return E_POINTER;
     if constexpr (std::is_same_v<Out, BSTR>) *out = nullptr;
-    Opened<AeccDbProfile> profile(objectId(), AcDb::kForRead);
-    if (!profile) return profile.Status();
-    return body(*profile);
+    return WithRead<AeccDbProfile>(objectId(), body);
   }
   template <class Body>
   HRESULT Write(Body body) {
-    if (objectId().isErased()) return E_FAIL;
-    if (HRESULT hr = faces::AutoLock(*document()); FAILED(hr)) return hr;
-    Opened<AeccDbProfile> profile(objectId(), AcDb::kForWrite);
-    if (!profile) return profile.Status();
-    return body(*profile);
+    return WithWrite<AeccDbProfile>(*document(), objectId(), body);
   }
 };
 
@@ -151,10 +145,7 @@ public:
     if (!AlignmentLives()) return E_FAIL;
     const AcDbObjectId id = Pick(land_drawing::Profiles(alignment_), key, ProfileName);
     if (id.isNull()) return E_INVALIDARG;
-    if (HRESULT hr = faces::AutoLock(*document_); FAILED(hr)) return hr;
-    Opened<AeccDbProfile> profile(id, AcDb::kForWrite);
-    if (!profile) return profile.Status();
-    return ToHResult(profile->erase());
+    return WithWrite<AeccDbProfile>(*document_, id, [](AeccDbProfile& p) { return ToHResult(p.erase()); });
   }
 
 private:

@@ -164,23 +164,19 @@ protected:
   template <class Out, class Body>
   HRESULT Read(Out* out, Body body) {
     if (out == nullptr) return E_POINTER;
-    Opened<AeccDbProfile> profile(profile_, AcDb::kForRead);
-    if (!profile) return profile.Status();
-    const land::ProfileGeometry& g = profile->geometry();
-    const int index = g.IndexOfId(pviId_);
-    if (index < 0) return E_FAIL;
-    return body(g, *g.Item(index), index);
+    return WithRead<AeccDbProfile>(profile_, [&](const AeccDbProfile& profile) {
+      const land::ProfileGeometry& g = profile.geometry();
+      const int index = g.IndexOfId(pviId_);
+      return index < 0 ? E_FAIL : body(g, *g.Item(index), index);
+    });
   }
   template <class Body>
   HRESULT Write(Body body) {
-    if (profile_.isErased()) return E_FAIL;
-    if (HRESULT hr = faces::AutoLock(*document_); FAILED(hr)) return hr;
-    Opened<AeccDbProfile> profile(profile_, AcDb::kForWrite);
-    if (!profile) return profile.Status();
-    land::ProfileGeometry& g = *profile->geometryForWrite();
-    const int index = g.IndexOfId(pviId_);
-    if (index < 0) return E_FAIL;
-    return body(*profile, g, index);
+    return WithWrite<AeccDbProfile>(*document_, profile_, [&](AeccDbProfile& profile) {
+      land::ProfileGeometry& g = *profile.geometryForWrite();
+      const int index = g.IndexOfId(pviId_);
+      return index < 0 ? E_FAIL : body(profile, g, index);
+    });
   }
   // Changes this PVI's curve parameters.
   template <class Change>
@@ -356,14 +352,12 @@ public:
       case aeccAsymmetricParabola: curve = land::VerticalCurve::Asymmetric(p1, p2); break;
       default: return E_INVALIDARG;
     }
-    if (profile_.isErased()) return E_FAIL;
-    if (HRESULT hr = faces::AutoLock(*document_); FAILED(hr)) return hr;
-    Opened<AeccDbProfile> profile(profile_, AcDb::kForWrite);
-    if (!profile) return profile.Status();
-    land::ProfileGeometry& g = *profile->geometryForWrite();
-    const land::Outcome<int> added = g.AddPvi(Station, Elevation, curve, RangeOf(*profile));
-    if (!added) return ToHResult(added.Error());
-    return MakePviFace(document_, profile_, *g.Item(g.IndexOfId(added.Value())), pVal);
+    return WithWrite<AeccDbProfile>(*document_, profile_, [&](AeccDbProfile& profile) {
+      land::ProfileGeometry& g = *profile.geometryForWrite();
+      const land::Outcome<int> added = g.AddPvi(Station, Elevation, curve, RangeOf(profile));
+      if (!added) return ToHResult(added.Error());
+      return MakePviFace(document_, profile_, *g.Item(g.IndexOfId(added.Value())), pVal);
+    });
   }
   // By VT_I4 position, or by a PVI object of this profile.
   HRESULT STDMETHODCALLTYPE Remove(VARIANT pvi) override {
@@ -417,17 +411,12 @@ private:
   template <class Out, class Body>
   HRESULT Read(Out* out, Body body) {
     if (out == nullptr) return E_POINTER;
-    Opened<AeccDbProfile> profile(profile_, AcDb::kForRead);
-    if (!profile) return profile.Status();
-    return body(profile->geometry());
+    return WithRead<AeccDbProfile>(profile_, [&](const AeccDbProfile& p) { return body(p.geometry()); });
   }
   template <class Body>
   HRESULT Write(Body body) {
-    if (profile_.isErased()) return E_FAIL;
-    if (HRESULT hr = faces::AutoLock(*document_); FAILED(hr)) return hr;
-    Opened<AeccDbProfile> profile(profile_, AcDb::kForWrite);
-    if (!profile) return profile.Status();
-    return body(*profile->geometryForWrite());
+    return WithWrite<AeccDbProfile>(*document_, profile_,
+                                    [&](AeccDbProfile& p) { return body(*p.geometryForWrite()); });
   }
 
   std::shared_ptr<Document> document_;
@@ -502,12 +491,10 @@ public:
   }
   // Takes every PVI away: the profile is left empty.
   HRESULT STDMETHODCALLTYPE RemoveAll() override {
-    if (profile_.isErased()) return E_FAIL;
-    if (HRESULT hr = faces::AutoLock(*document_); FAILED(hr)) return hr;
-    Opened<AeccDbProfile> profile(profile_, AcDb::kForWrite);
-    if (!profile) return profile.Status();
-    profile->geometryForWrite()->RemoveAll();
-    return S_OK;
+    return WithWrite<AeccDbProfile>(*document_, profile_, [](AeccDbProfile& p) {
+      p.geometryForWrite()->RemoveAll();
+      return S_OK;
+    });
   }
 
 private:
