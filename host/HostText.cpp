@@ -134,6 +134,10 @@ std::string StationText(double station, bool imperial, int decimals) {
   return (negative && rounded > 0.0 ? "-" : "") + Fixed(whole, 0) + "+" + restText;
 }
 
+std::string Count(std::size_t n, std::string_view one, std::string_view many) {
+  return std::to_string(n) + " " + std::string(n == 1 ? one : many);
+}
+
 std::string FileSafe(std::string_view name) {
   std::string out;
   for (std::size_t i = 0; i < name.size();) {

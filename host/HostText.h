@@ -2,6 +2,7 @@
 // pictures, file-name-safe names.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -24,6 +25,9 @@ std::string Brief(double value);
 // A station as civil drawings label it: metric "1+234.50" (thousands of metres), imperial
 // "12+34.50" (hundreds of feet). `decimals` after the point.
 std::string StationText(double station, bool imperial, int decimals);
+
+// "1 arc", "2 arcs".
+std::string Count(std::size_t n, std::string_view one, std::string_view many);
 
 // A name made safe for a file name: letters, digits, '-', '_' and '.' kept, anything else
 // (spaces, slashes, non-ASCII) becomes '_'; empty becomes "unnamed".

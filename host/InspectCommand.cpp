@@ -16,10 +16,6 @@ namespace {
 // decimals, not problems worth a line.
 constexpr double kClosureWorthSaying = 1e-5;
 
-std::string Plural(std::size_t n, const std::string& one, const std::string& many) {
-  return std::to_string(n) + " " + (n == 1 ? one : many);
-}
-
 std::string UnitsLine(const landxml::CUnits& units) {
   std::string text = "lengths " + std::string(landxml::LinearUnitName(units.linear));
   if (units.linearDefaulted) text += " (not stated: the schema's default)";
@@ -43,8 +39,8 @@ std::string GeometryLine(const landxml::CAlignment& a) {
       ++spiralTypes[std::get<landxml::CSpiral>(g).spiType];
     }
   }
-  std::string text = Plural(a.geometry.size(), "element", "elements") + " (" + Plural(lines, "line", "lines") + ", " +
-                     Plural(curves, "curve", "curves") + ", " + Plural(spirals, "spiral", "spirals");
+  std::string text = Count(a.geometry.size(), "element", "elements") + " (" + Count(lines, "line", "lines") + ", " +
+                     Count(curves, "curve", "curves") + ", " + Count(spirals, "spiral", "spirals");
   std::string separator = ": ";
   for (const auto& [type, count] : spiralTypes) {
     text += separator + std::to_string(count) + " " + type;
@@ -56,7 +52,7 @@ std::string GeometryLine(const landxml::CAlignment& a) {
 std::string ProfileLine(const landxml::CProfAlign& layout) {
   std::map<landxml::VerticalCurve, int> kinds;
   for (const landxml::CProfileVertex& v : layout.vertices) ++kinds[v.curve];
-  std::string text = "layout profile \"" + layout.name + "\": " + Plural(layout.vertices.size(), "PVI", "PVIs");
+  std::string text = "layout profile \"" + layout.name + "\": " + Count(layout.vertices.size(), "PVI", "PVIs");
   if (!layout.vertices.empty())
     text += ", stations " + Fixed(layout.vertices.front().station, 3) + " to " + Fixed(layout.vertices.back().station, 3);
   const std::pair<landxml::VerticalCurve, const char*> names[] = {{landxml::VerticalCurve::Parabolic, "parabolic"},
@@ -92,12 +88,12 @@ bool InspectSummary(const std::string& path, std::string& text) {
     const std::string who = "alignment \"" + a.name + "\": ";
     text += "  \"" + a.name + "\": starts at " + StationText(a.staStart, imperial, 3) + ", " + GeometryLine(a) +
             ", geometry " + Fixed(length, 3) + " long";
-    if (!a.stationEquations.empty()) text += ", " + Plural(a.stationEquations.size(), "station equation", "station equations");
+    if (!a.stationEquations.empty()) text += ", " + Count(a.stationEquations.size(), "station equation", "station equations");
     text += "\n";
     for (const landxml::CProfile& profile : a.profiles) {
       for (const landxml::CProfAlign& layout : profile.layouts) text += "    " + ProfileLine(layout) + "\n";
       for (const landxml::CProfSurf& surface : profile.surfaceProfiles) {
-        text += "    surface profile \"" + surface.name + "\": " + Plural(surface.points.size(), "point", "points") + "\n";
+        text += "    surface profile \"" + surface.name + "\": " + Count(surface.points.size(), "point", "points") + "\n";
         problems.push_back(who + "surface profile \"" + surface.name + "\" would not go through run (layout profiles only)");
       }
       for (const landxml::CProfAlign& layout : profile.layouts) {
@@ -131,9 +127,9 @@ bool InspectSummary(const std::string& path, std::string& text) {
   for (const landxml::CSurface& s : model.surfaces) {
     text += "  \"" + s.name + "\": ";
     text += s.type ? (*s.type == landxml::SurfaceType::Grid ? "grid, " : "TIN, ") : "no definition, ";
-    text += Plural(s.points.size(), "point", "points") + ", " + Plural(s.faces.size(), "face", "faces") + ", " +
-            Plural(s.breaklines.size(), "breakline", "breaklines") + ", " +
-            Plural(s.boundaries.size(), "boundary", "boundaries") + "\n";
+    text += Count(s.points.size(), "point", "points") + ", " + Count(s.faces.size(), "face", "faces") + ", " +
+            Count(s.breaklines.size(), "breakline", "breaklines") + ", " +
+            Count(s.boundaries.size(), "boundary", "boundaries") + "\n";
     problems.push_back("surface \"" + s.name + "\" would not go through run (it carries alignments and profiles)");
   }
   text += "Problems: " + (problems.empty() ? std::string("none") : std::to_string(problems.size())) + "\n";

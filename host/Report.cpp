@@ -17,10 +17,10 @@ std::string Cell(std::string text) {
 std::string Difference(double value, bool comparable) { return comparable ? Brief(value) : "not comparable"; }
 
 struct CEntityCounts {
-  int lines = 0, arcs = 0, spiralArcs = 0, gapTangents = 0;
+  std::size_t lines = 0, arcs = 0, spiralArcs = 0, gapTangents = 0;
 };
 
-CEntityCounts Count(const CAlignmentPlan& plan) {
+CEntityCounts CountEntities(const CAlignmentPlan& plan) {
   CEntityCounts counts;
   for (const CPlannedCurve& c : plan.curves) {
     switch (c.origin) {
@@ -49,8 +49,8 @@ void AlignmentSection(std::string& out, const CRunResult& run, const CAlignmentR
   const std::string u = " " + run.UnitName();
   const bool imperial = run.units.IsImperial();
   const CAlignmentComparison& c = a.comparison;
-  const CEntityCounts counts = Count(a.plan);
-  int readLines = 0;
+  const CEntityCounts counts = CountEntities(a.plan);
+  std::size_t readLines = 0;
   for (const CKdPlanElement& e : a.readBack) readLines += e.isLine ? 1 : 0;
 
   out += "\n## Alignment \"" + a.name + "\"\n\n";
@@ -58,11 +58,11 @@ void AlignmentSection(std::string& out, const CRunResult& run, const CAlignmentR
   out += "- Length: " + Fixed(a.Length(), 3) + u + "\n";
   out += "- Stations: " + StationText(a.startStation, imperial, 3) + " to " +
          StationText(a.startStation + a.Length(), imperial, 3) + "\n";
-  out += "- Entities written: " + std::to_string(a.plan.curves.size()) + " (" + std::to_string(counts.lines) +
-         " lines, " + std::to_string(counts.arcs) + " arcs, " + std::to_string(counts.spiralArcs) + " arcs for spirals";
-  if (counts.gapTangents) out += ", " + std::to_string(counts.gapTangents) + " tangents put in across gaps";
-  out += "); read back: " + std::to_string(a.readBack.size()) + " (" + std::to_string(readLines) + " lines, " +
-         std::to_string(a.readBack.size() - static_cast<std::size_t>(readLines)) + " arcs)\n";
+  out += "- Entities written: " + std::to_string(a.plan.curves.size()) + " (" + Count(counts.lines, "line", "lines") +
+         ", " + Count(counts.arcs, "arc", "arcs") + ", " + Count(counts.spiralArcs, "arc", "arcs") + " for spirals";
+  if (counts.gapTangents) out += ", " + Count(counts.gapTangents, "tangent", "tangents") + " put in across gaps";
+  out += "); read back: " + std::to_string(a.readBack.size()) + " (" + Count(readLines, "line", "lines") + ", " +
+         Count(a.readBack.size() - readLines, "arc", "arcs") + ")\n";
   out += "- Spirals replaced: " + std::to_string(a.plan.spirals.size());
   if (!a.plan.spirals.empty())
     out += " by " + std::to_string(a.plan.arcsForSpirals) + " arcs; largest distance from a spiral to its arcs " +

@@ -52,8 +52,9 @@ std::string UniqueName(const std::string& wanted, const std::string& fallback, s
   return name;
 }
 
-// Plans every alignment and its profiles; false (with the message) when one cannot be carried
-// at all or the step would stroke a profile into too many samples.
+// Plans every alignment and its profiles. The status is not kExitDone (and `error` says why)
+// when an alignment cannot be carried at all or the step would stroke a profile into too many
+// samples.
 int PlanRun(const landxml::CModel& model, const CRunOptions& options, CRunResult& run, std::string& error) {
   std::set<std::string> alignmentNames;
   for (std::size_t i = 0; i < model.alignments.size(); ++i) {
@@ -301,8 +302,8 @@ int RunDesign(const CRunOptions& options) {
   for (std::size_t i = 0; i < run.alignments.size(); ++i) {
     CAlignmentRun& a = run.alignments[i];
     progress.Say("writing alignment " + std::to_string(i + 1) + " of " + std::to_string(run.alignments.size()) + ": \"" +
-                 a.name + "\" (" + std::to_string(a.plan.curves.size()) + " entities, " +
-                 std::to_string(a.profiles.size()) + " profiles)");
+                 a.name + "\" (" + Count(a.plan.curves.size(), "entity", "entities") + ", " +
+                 Count(a.profiles.size(), "profile", "profiles") + ")");
     if (!WriteAlignment(session, a, error)) return Fail(kExitModuleCall, error);
   }
   progress.Say("reading everything back");

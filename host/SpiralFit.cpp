@@ -202,17 +202,25 @@ CSpiralFit FitSpiral(const CKdClothoid& spiral, double tolerance) {
     const double estimate = std::ceil(length / pieceLength + 2.0 - sqrt2);
     int n = static_cast<int>(std::clamp(estimate, 2.0, static_cast<double>(kMaxFitArcs)));
     const double accepted = kSamplingMargin * tolerance;
+    // The deviation falls as n grows. Find a passing count above the estimate if it fails,
+    // then the smallest passing one by halving the gap from the largest known failure.
+    int failing = 1;
     CTrial best = Trial(local, n);
-    if (best.deviation <= accepted) {
-      while (n > 2) {
-        CTrial fewer = Trial(local, n - 1);
-        if (fewer.deviation > accepted) break;
-        best = std::move(fewer);
-        --n;
+    while (best.deviation > accepted) {
+      if (n >= kMaxFitArcs) return fit;
+      failing = n;
+      n = std::min(kMaxFitArcs, n + n / 4 + 1);
+      best = Trial(local, n);
+    }
+    while (n - failing > 1) {
+      const int middle = failing + (n - failing) / 2;
+      CTrial trial = Trial(local, middle);
+      if (trial.deviation <= accepted) {
+        best = std::move(trial);
+        n = middle;
+      } else {
+        failing = middle;
       }
-    } else {
-      while (best.deviation > accepted && n < kMaxFitArcs) best = Trial(local, ++n);
-      if (best.deviation > accepted) return fit;
     }
     elements = std::move(best.elements);
   }
