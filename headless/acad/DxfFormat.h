@@ -25,7 +25,7 @@ public:
     auto [end, ec] = std::to_chars(buf, buf + sizeof buf, code);
     (void)ec;
     for (std::ptrdiff_t pad = 3 - (end - buf); pad > 0; --pad) m_text.push_back(' ');
-    m_text.append(buf, end);
+    Append(buf, end, sizeof buf);
     m_text.push_back('\n');
   }
   void Str(int code, std::string_view value) {
@@ -39,7 +39,7 @@ public:
     char buf[24];
     auto [end, ec] = std::to_chars(buf, buf + sizeof buf, value);
     (void)ec;
-    m_text.append(buf, end);
+    Append(buf, end, sizeof buf);
     m_text.push_back('\n');
   }
   // 17 significant digits: what a save and a reopen need to lose nothing.
@@ -48,7 +48,7 @@ public:
     char buf[32];
     auto [end, ec] = std::to_chars(buf, buf + sizeof buf, value == 0.0 ? 0.0 : value, std::chars_format::general, 17);
     (void)ec;
-    m_text.append(buf, end);
+    Append(buf, end, sizeof buf);
     m_text.push_back('\n');
   }
   void Point(int code, double x, double y, double z) {
@@ -67,7 +67,7 @@ public:
     (void)ec;
     for (char* c = buf; c != end; ++c)
       if (*c >= 'a' && *c <= 'f') *c = static_cast<char>(*c - 'a' + 'A');
-    m_text.append(buf, end);
+    Append(buf, end, sizeof buf);
     m_text.push_back('\n');
   }
 
@@ -76,6 +76,13 @@ public:
   static std::string Encode(const std::wstring& value);
 
 private:
+  // The length is bounded by the buffer's size, which also keeps GCC 12's -Wrestrict quiet.
+  void Append(const char* begin, const char* end, std::size_t capacity) {
+    std::size_t length = static_cast<std::size_t>(end - begin);
+    if (length > capacity) length = capacity;
+    m_text.append(begin, length);
+  }
+
   std::string& m_text;
 };
 
