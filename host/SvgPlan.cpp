@@ -79,12 +79,12 @@ void DrawElement(CSvgWriter& svg, const CView& view, const CKdPlanElement& e) {
   if (e.isLine || radius > 1e6) {
     path.LineTo(view(e.end));
   } else {
-    // Counter-clockwise on the ground is clockwise on a picture whose y runs down. Arcs of
+    // The picture shows the ground as a map does, so a clockwise arc looks clockwise. Arcs of
     // half a turn or more go in two pieces, which no renderer misreads.
     const int pieces = std::fabs(e.sweep) >= pi ? 2 : 1;
     for (int k = 1; k <= pieces; ++k) {
       const CKdPlanPoint to = e.PointAt(e.Length() * k / pieces);
-      path.ArcTo(radius, false, e.sweep > 0.0, view(to));
+      path.ArcTo(radius, false, e.sweep < 0.0, view(to));
     }
   }
   svg.Path(path.Text(), e.isLine ? "tangent" : "curve");
@@ -199,19 +199,16 @@ std::string PlanSvg(const std::vector<CPlanAlignment>& alignments, const CPlanPi
       DrawStations(svg, view, a, tick, label, picture.imperial);
       const CSvgPoint start = view(a.elements.front().start);
       svg.Circle(start, 4.5, "start-mark");
-      // The name sits behind the start, where the alignment is not, unless it would run off
-      // the picture there; then it goes on the right of the start, away from the station labels.
+      // The name sits behind the start, where the alignment is not, kept within the picture.
       const double heading = a.elements.front().StartHeading();
-      const double c = std::cos(heading), s = std::sin(heading);
-      const double textWidth = 8.5 * static_cast<double>(a.name.size());
-      const CSvgPoint back{start.x - 12.0 * c, start.y + 12.0 * s + 5.0};
-      const bool fits = c > 0.0 ? back.x - textWidth > 4.0 : back.x + textWidth < width - 4.0;
-      if (fits) {
-        svg.Text(back, a.name, "alignment-name", c > 0.0 ? "end" : "start");
-      } else {
-        const CSvgPoint right{start.x + 16.0 * s, start.y + 16.0 * c + 5.0};
-        svg.Text(right, a.name, "alignment-name", s >= 0.0 ? "start" : "end");
-      }
+      const bool towardsRight = std::cos(heading) > 0.0;
+      const double textWidth = 9.5 * static_cast<double>(a.name.size());
+      double x = start.x - 12.0 * std::cos(heading);
+      double left = towardsRight ? x - textWidth : x;
+      if (left < 4.0) x += 4.0 - left;
+      left = towardsRight ? x - textWidth : x;
+      if (left + textWidth > width - 4.0) x -= left + textWidth - (width - 4.0);
+      svg.Text({x, start.y + 12.0 * std::sin(heading) + 5.0}, a.name, "alignment-name", towardsRight ? "end" : "start");
     }
     svg.EndGroup();
   }

@@ -44,7 +44,9 @@ std::vector<host::CPlanAlignment> Roads() {
   const double h = arc.EndHeading();
   const double rest = 1000.0 - 400.0 - 200.0;
   road.elements.push_back(CKdPlanElement::Line(arc.end, {arc.end.x + rest * std::cos(h), arc.end.y + rest * std::sin(h)}));
+  // The spur runs south, then turns right (clockwise) towards the west.
   host::CPlanAlignment spur{"Spur", 2000.0, {CKdPlanElement::Line({0, 0}, {0, -100})}};
+  spur.elements.push_back(CKdPlanElement::Arc({-50, -100}, 50, 0.0, -pi / 2));
   return {road, spur};
 }
 
@@ -64,6 +66,15 @@ TEST(PlanPicture, DrawsEveryElementWithTicksScaleBarAndNorthArrow) {
   EXPECT_EQ(WithClass(alignments[0], "path", "tangent").size(), 2u);
   EXPECT_EQ(WithClass(alignments[0], "path", "curve").size(), 1u);
   EXPECT_EQ(WithClass(alignments[1], "path", "tangent").size(), 1u);
+  // The picture is a map, north up: the road's left turn looks anticlockwise and the spur's
+  // right turn clockwise, which SVG writes as sweep flags 0 and 1 ("A rx ry rotation large sweep x y").
+  const auto sweepFlag = [](const pugi::xml_node& path) {
+    std::smatch found;
+    const std::string d = path.attribute("d").value();
+    return std::regex_search(d, found, std::regex("A [-0-9.]+ [-0-9.]+ 0 [01] ([01]) ")) ? found[1].str() : "?";
+  };
+  EXPECT_EQ(sweepFlag(WithClass(alignments[0], "path", "curve").at(0)), "0");
+  EXPECT_EQ(sweepFlag(WithClass(alignments[1], "path", "curve").at(0)), "1");
 
   // The legend says the intervals; ticks and labels follow them along the whole road.
   std::smatch m;
