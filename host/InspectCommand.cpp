@@ -7,6 +7,7 @@
 #include "host/AlignmentPlan.h"
 #include "host/ExitCodes.h"
 #include "host/HostText.h"
+#include "host/ProfilePlan.h"
 #include "landxml/LandXml.h"
 
 namespace host {
@@ -97,6 +98,8 @@ bool InspectSummary(const std::string& path, std::string& text) {
         problems.push_back(who + "surface profile \"" + surface.name + "\" would not go through run (layout profiles only)");
       }
       for (const landxml::CProfAlign& layout : profile.layouts) {
+        for (const std::string& note : PlanProfile(layout).notes)
+          problems.push_back(who + "profile \"" + layout.name + "\": " + note);
         if (layout.vertices.size() < 2)
           problems.push_back(who + "profile \"" + layout.name + "\" has fewer than two PVIs");
         for (std::size_t i = 1; i < layout.vertices.size(); ++i)

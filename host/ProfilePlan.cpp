@@ -75,6 +75,17 @@ CProfilePlan PlanProfile(const landxml::CProfAlign& layout) {
   if (plan.pvis.size() < 2)
     plan.notCarried.push_back("the profile has " + std::to_string(plan.pvis.size()) +
                               " PVI(s); the interface needs at least two");
+  for (std::size_t i = 1; i + 1 < plan.pvis.size(); ++i) {
+    const CCurveExtent here = CurveExtent(plan.pvis, i);
+    if (here.begin < plan.pvis[i - 1].GetStation() || here.end > plan.pvis[i + 1].GetStation())
+      plan.notes.push_back("the vertical curve at " + PviName(plan.pvis, i) + " reaches past a neighbouring PVI");
+    if (i + 2 < plan.pvis.size()) {
+      const CCurveExtent next = CurveExtent(plan.pvis, i + 1);
+      if (next.begin < here.end && next.end > next.begin && here.end > here.begin)
+        plan.notes.push_back("the vertical curves at " + PviName(plan.pvis, i) + " and " + PviName(plan.pvis, i + 1) +
+                             " overlap between stations " + Fixed(next.begin, 3) + " and " + Fixed(here.end, 3));
+    }
+  }
   return plan;
 }
 
@@ -152,6 +163,10 @@ double ProfileElevation(const std::vector<CC3dProfilePVI>& pvis, double station)
   return pvis[k].GetElevation() + Grade(pvis[k], pvis[k + 1]) * (station - pvis[k].GetStation());
 }
 
+bool IsMissingSample(const std::vector<CC3dProfilePVI>& pvis, const CC3dProfilePoint& sample) {
+  return sample.GetElevation() == 0.0 && std::fabs(ProfileElevation(pvis, sample.GetStation())) > 1e-6;
+}
+
 CProfileComparison CompareProfile(const std::vector<CC3dProfilePVI>& sent, const std::vector<CC3dProfilePVI>& readBack,
                                   const std::vector<CC3dProfilePoint>& samples) {
   CProfileComparison result;
@@ -208,9 +223,18 @@ CProfileComparison CompareProfile(const std::vector<CC3dProfilePVI>& sent, const
     const double last = sent.back().GetStation();
     for (const CC3dProfilePoint& p : samples) {
       if (p.GetStation() < first || p.GetStation() > last) continue;
+      if (IsMissingSample(sent, p)) {
+        if (result.missingSamples++ == 0) result.missingFrom = p.GetStation();
+        result.missingTo = p.GetStation();
+        continue;
+      }
       result.alongProfile = std::max(result.alongProfile, std::fabs(ProfileElevation(sent, p.GetStation()) - p.GetElevation()));
     }
   }
+  if (result.missingSamples > 0)
+    result.changes.push_back(std::to_string(result.missingSamples) + " of the samples between stations " +
+                             Fixed(result.missingFrom, 3) + " and " + Fixed(result.missingTo, 3) +
+                             " came back at elevation 0: the module found no elevation there");
   return result;
 }
 

@@ -14,6 +14,9 @@ namespace host {
 struct CProfilePlan {
   std::vector<CC3dProfilePVI> pvis;
   std::vector<std::string> notCarried;
+  // What in the profile disagrees with itself: vertical curves that overlap each other or
+  // reach past a neighbouring PVI.
+  std::vector<std::string> notes;
 };
 
 // ParaCurve, UnsymParaCurve and CircCurve map to the parabolic, asymmetric parabolic and
@@ -43,11 +46,19 @@ struct CProfileComparison {
   double curve = 0.0;       // largest difference of a curve parameter (length, lengths, radius)
   double alongProfile = 0.0;  // largest elevation difference between the input profile and the
                               // samples read back, within the input's station range
+  // Samples the module gave no elevation for (it answers 0 there), and where they lie.
+  int missingSamples = 0;
+  double missingFrom = 0.0;
+  double missingTo = 0.0;
   std::vector<std::string> changes;  // one sentence for each PVI that came back different
 };
 
 CProfileComparison CompareProfile(const std::vector<CC3dProfilePVI>& sent, const std::vector<CC3dProfilePVI>& readBack,
                                   const std::vector<CC3dProfilePoint>& samples);
+
+// A sample at elevation 0 where the PVIs give the profile another elevation: the module
+// answers 0 where the profile has no elevation (between overlapping vertical curves, say).
+bool IsMissingSample(const std::vector<CC3dProfilePVI>& pvis, const CC3dProfilePoint& sample);
 
 // "parabolic 100", "asymmetric 60/90", "circular R 3000", "" for none.
 std::string CurveText(const CC3dProfilePVI& pvi);

@@ -111,9 +111,9 @@ void AlignmentSection(std::string& out, const CRunResult& run, const CAlignmentR
       out += "- Came back different:\n";
       List(out, pc.changes);
     }
-    if (!p.plan.notCarried.empty()) {
-      out += "- Not carried:\n";
-      List(out, p.plan.notCarried);
+    if (!p.plan.notes.empty()) {
+      out += "- Notes:\n";
+      List(out, p.plan.notes);
     }
     if (!p.pictureFile.empty()) out += "- Picture: [" + p.pictureFile + "](" + p.pictureFile + ")\n";
   }

@@ -28,6 +28,7 @@ constexpr const char* kStyle =
     ".grade-label{font-size:11px;fill:#555}"
     ".title{font-size:16px;font-weight:bold}"
     ".exaggeration{font-size:13px}"
+    ".note{font-size:13px;fill:#c0392b}"
     ".axis-title{font-size:12px}";
 
 double Grade(const CC3dProfilePVI& a, const CC3dProfilePVI& b) {
@@ -55,8 +56,16 @@ std::string ProfileSvg(const std::vector<CC3dProfilePVI>& pvis, const std::vecto
     e0 = std::min(e0, e);
     e1 = std::max(e1, e);
   };
+  // Samples the module had no elevation for are left out of the picture, not drawn at 0.
+  std::vector<bool> missing(samples.size());
+  int missingCount = 0;
+  for (std::size_t i = 0; i < samples.size(); ++i) {
+    missing[i] = IsMissingSample(pvis, samples[i]);
+    missingCount += missing[i] ? 1 : 0;
+  }
   for (const CC3dProfilePVI& p : pvis) add(p.GetStation(), p.GetElevation());
-  for (const CC3dProfilePoint& p : samples) add(p.GetStation(), p.GetElevation());
+  for (std::size_t i = 0; i < samples.size(); ++i)
+    if (!missing[i]) add(samples[i].GetStation(), samples[i].GetElevation());
   if (!(s1 >= s0)) s0 = s1 = e0 = e1 = 0.0;
   if (s1 - s0 < 1e-9) s1 = s0 + 1.0;
   if (e1 - e0 < 1e-9) {
@@ -121,19 +130,32 @@ std::string ProfileSvg(const std::vector<CC3dProfilePVI>& pvis, const std::vecto
     svg.EndGroup();
   }
 
-  // The profile as the module samples it; the stretches of vertical curves drawn over it.
+  // The profile as the module samples it, broken where samples are missing; the stretches of
+  // vertical curves drawn over it.
   if (!samples.empty()) {
     std::vector<CSvgPoint> line;
-    for (const CC3dProfilePoint& p : samples) line.push_back(at(p.GetStation(), p.GetElevation()));
-    svg.Polyline(line, "profile");
+    for (std::size_t i = 0; i <= samples.size(); ++i) {
+      if (i < samples.size() && !missing[i]) {
+        line.push_back(at(samples[i].GetStation(), samples[i].GetElevation()));
+        continue;
+      }
+      if (line.size() > 1) svg.Polyline(line, "profile");
+      line.clear();
+    }
+    if (missingCount > 0)
+      svg.Text({kLeft + plotW, 50.0},
+               "the module gave no elevation at " + Count(static_cast<std::size_t>(missingCount), "sample", "samples") +
+                   " (left out)",
+               "note", "end");
     svg.BeginGroup("vertical-curves");
     for (std::size_t i = 1; i + 1 < pvis.size(); ++i) {
       const CCurveExtent extent = CurveExtent(pvis, i);
       if (!(extent.end > extent.begin)) continue;
       std::vector<CSvgPoint> piece;
       piece.push_back(at(extent.begin, ProfileElevation(pvis, extent.begin)));
-      for (const CC3dProfilePoint& p : samples)
-        if (p.GetStation() > extent.begin && p.GetStation() < extent.end) piece.push_back(at(p.GetStation(), p.GetElevation()));
+      for (std::size_t k = 0; k < samples.size(); ++k)
+        if (!missing[k] && samples[k].GetStation() > extent.begin && samples[k].GetStation() < extent.end)
+          piece.push_back(at(samples[k].GetStation(), samples[k].GetElevation()));
       piece.push_back(at(extent.end, ProfileElevation(pvis, extent.end)));
       svg.Polyline(piece, "vertical-curve");
       for (double s : {extent.begin, extent.end}) {

@@ -252,6 +252,28 @@ TEST(ProfilePlan, MapsEachCurveKindAndReportsWhatCannotGo) {
   EXPECT_EQ(host::PlanProfile(lonely).notCarried.size(), 1u);
 }
 
+TEST(ProfilePlan, NotesVerticalCurvesThatOverlap) {
+  landxml::CProfAlign layout;
+  const double stations[] = {0, 478.59, 645.42, 1034.66}, lengths[] = {0, 150, 200, 0};
+  for (int i = 0; i < 4; ++i) {
+    landxml::CProfileVertex v;
+    v.station = stations[i];
+    v.elevation = 270;
+    v.curve = lengths[i] > 0 ? landxml::VerticalCurve::Parabolic : landxml::VerticalCurve::None;
+    v.length = lengths[i];
+    layout.vertices.push_back(v);
+  }
+  const host::CProfilePlan plan = host::PlanProfile(layout);
+  ASSERT_EQ(plan.notes.size(), 1u);
+  EXPECT_NE(plan.notes[0].find("overlap between stations 545.420 and 553.590"), std::string::npos) << plan.notes[0];
+  EXPECT_TRUE(plan.notCarried.empty());
+
+  layout.vertices[2].length = 50;  // now they meet no more
+  EXPECT_TRUE(host::PlanProfile(layout).notes.empty());
+  layout.vertices[1].length = 1000;  // reaches back past the first PVI
+  ASSERT_EQ(host::PlanProfile(layout).notes.size(), 2u);
+}
+
 TEST(ProfileElevation, AgreesWithTextbookValues) {
   // Grades +2 %, -1.5 %, +1.8 %, -0.5 %.
   std::vector<CC3dProfilePVI> pvis = {Pvi(0, 100), Pvi(200, 104), Pvi(420, 100.7), Pvi(620, 104.3), Pvi(860, 103.1)};
@@ -326,6 +348,18 @@ TEST(ProfileComparison, ListsEveryPviThatCameBackDifferent) {
 
   back.pop_back();
   EXPECT_FALSE(host::CompareProfile(sent, back, samples).countsMatch);
+
+  // Where the module finds no elevation it answers 0: counted apart, not as a difference.
+  samples[30].SetElevation(0.0);
+  samples[31].SetElevation(0.0);
+  const host::CProfileComparison holes = host::CompareProfile(sent, sent, samples);
+  EXPECT_EQ(holes.missingSamples, 2);
+  EXPECT_EQ(holes.missingFrom, 300.0);
+  EXPECT_EQ(holes.missingTo, 310.0);
+  EXPECT_LT(holes.alongProfile, 1e-12);
+  ASSERT_EQ(holes.changes.size(), 1u);
+  EXPECT_NE(holes.changes[0].find("2 of the samples between stations 300.000 and 310.000 came back at elevation 0"),
+            std::string::npos);
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include <fstream>
 #include <numbers>
 #include <regex>
+#include <sstream>
 
 #include "host/DesignXml.h"
 #include "host/HostText.h"
@@ -166,6 +167,31 @@ TEST(ProfilePicture, ShowsGridTangentsCurvesAndLabelledPvis) {
   const std::string points = profile[0].attribute("points").value();
   EXPECT_EQ(static_cast<std::size_t>(std::count(points.begin(), points.end(), ',')), samples.size());
   EXPECT_GE(WithClass(root, "line", "grid").size(), 10u);
+}
+
+TEST(ProfilePicture, LeavesOutSamplesTheModuleHadNoElevationFor) {
+  const std::vector<CC3dProfilePVI> pvis = SampleProfile();
+  std::vector<CC3dProfilePoint> samples = Samples(pvis, 10.0);
+  for (std::size_t i = 40; i < 45; ++i) samples[i].SetElevation(0.0);
+  pugi::xml_document doc;
+  ASSERT_TRUE(doc.load_string(host::ProfileSvg(pvis, samples, {}).c_str()));
+  const std::vector<pugi::xml_node> pieces = WithClass(doc, "polyline", "profile");
+  ASSERT_EQ(pieces.size(), 2u);
+  std::size_t drawn = 0;
+  for (const pugi::xml_node& piece : pieces) {
+    std::istringstream points(piece.attribute("points").value());
+    double x = 0, y = 0;
+    char comma = 0;
+    while (points >> x >> comma >> y) {
+      ++drawn;
+      EXPECT_GT(y, 0.0);
+      EXPECT_LT(y, 640.0);  // elevation 0 would lie far below the picture
+    }
+  }
+  EXPECT_EQ(drawn, samples.size() - 5);
+  const std::vector<pugi::xml_node> notes = WithClass(doc, "text", "note");
+  ASSERT_EQ(notes.size(), 1u);
+  EXPECT_NE(std::string(notes[0].child_value()).find("no elevation at 5 samples"), std::string::npos);
 }
 
 TEST(ProfilePicture, ExaggerationStaysWithinItsSteps) {
