@@ -561,6 +561,51 @@ TEST(TinBoundaryShape, NonDestructiveCutKeepsEveryElevation) {
   EXPECT_NEAR(covered[1].second, 0.8, 1e-9);
 }
 
+// Random star-shaped boundaries, some corners on grid points, over surfaces with crossing
+// breaklines: a non-destructive outer keeps exactly the polygon's area and a hide removes it, and
+// samples across agree with brute force over the triangle list.
+TEST(TinBoundaryShape, RandomStarBoundariesOverBreaklines) {
+  for (unsigned seed = 1; seed <= 40; ++seed) {
+    std::mt19937 random(seed);
+    std::uniform_real_distribution<double> u(0.0, 1.0);
+    const bool grid = seed % 2 == 0;
+    const auto ground = [](double x, double y) { return std::sin(x) + 0.1 * y; };
+    std::vector<Point3> all = grid ? Grid(0, 0, 20, 20, 1, ground) : RandomPoints(seed, 300, 20.0, ground);
+    TinSurface surface;
+    surface.SetPoints(all);
+    for (int b = 0; b < 3; ++b) {
+      const Point3 p{20 * u(random), 20 * u(random), 5 * u(random)}, q{20 * u(random), 20 * u(random), 5 * u(random)};
+      ASSERT_TRUE(surface.AddBreakline({p, q}));
+      all.insert(all.end(), {p, q});
+    }
+    std::vector<Point2> star;
+    const int corners = 3 + static_cast<int>(12 * u(random));
+    for (int k = 0; k < corners; ++k) {
+      const double r = 2.0 + 6.0 * u(random);
+      Point2 p{10 + r * std::cos(kTwoPi * k / corners), 10 + r * std::sin(kTwoPi * k / corners)};
+      if (grid && u(random) < 0.5) p = {std::round(p.x), std::round(p.y)};
+      star.push_back(p);
+    }
+    double area = 0.0;
+    for (int k = 0; k < corners; ++k) area += 0.5 * Cross(star[k], star[(k + 1) % corners]);
+    const bool outer = seed % 3 != 0;
+    ASSERT_TRUE(surface.AddBoundary({outer ? SurfaceBoundaryType::Outer : SurfaceBoundaryType::Hide, true, star}));
+    surface.Rebuild();
+    ASSERT_TRUE(surface.IsValid()) << seed;
+    EXPECT_NEAR(surface.Area2d(), outer ? area : RingArea(Hull(all)) - area, 1e-8) << seed;
+    const std::vector<Triangle> triangles = TrianglesOf(surface);
+    const Point2 from{20 * u(random), -1.0}, to{20 * u(random), 21.0};
+    const auto samples = surface.SampleSegment(from, to);
+    const std::vector<double> expected = BruteCrossings(triangles, from, to, 1e-11);
+    if (!samples) {
+      EXPECT_TRUE(expected.empty()) << seed;
+      continue;
+    }
+    EXPECT_EQ(samples.Value().size(), expected.size()) << seed;
+    for (const Point3& p : samples.Value()) EXPECT_NEAR(p.z, BruteElevation(triangles, p.x, p.y).value(), 1e-9) << seed;
+  }
+}
+
 TEST(TinBoundaryInput, RefusesDegenerateAndNonFiniteRings) {
   TinSurface surface;
   EXPECT_EQ(surface.AddBoundary({SurfaceBoundaryType::Outer, true, {{0, 0}, {1, 1}}}).Error(), LandError::Degenerate);
@@ -629,6 +674,31 @@ TEST_F(TinPaste, APasteIsASnapshotAndALaterPasteWins) {
   TinSurface empty;
   EXPECT_EQ(base_.AddPaste(empty).Error(), LandError::Empty);
   EXPECT_EQ(base_.RemovePaste(5), LandError::NotFound);
+}
+
+// Cutting a hole into a surface puts vertices 0.00005 from its grid points; pasted, they must
+// stay apart (the merge distance is for data, not for a surface's own vertices), or the hole's
+// edge moves onto the grid column and the strip between them loses the pad.
+TEST_F(TinPaste, APastedSurfaceKeepsItsOwnCloseVertices) {
+  TinSurface pad;
+  pad.SetPoints(Grid(3.25, 3.25, 6.75, 6.75, 0.5, [](double x, double y) { return 10.0 + x * y * 0.3; }));
+  ASSERT_TRUE(pad.AddBoundary({SurfaceBoundaryType::Hide, true, {{4.25005, 4.1}, {6.1, 4.3}, {4.25005, 6.6}}}));
+  pad.Rebuild();
+  ASSERT_TRUE(base_.AddPaste(pad));
+  base_.Rebuild();
+  ASSERT_TRUE(base_.IsValid());
+  int compared = 0;
+  for (const double x : {4.0, 4.24, 4.25003, 4.3, 5.0}) {
+    for (double y = 4.15; y < 6.5; y += 0.1) {
+      const auto pasted = pad.ElevationAt(x, y);
+      if (!pasted) continue;  // in the hole
+      const auto here = base_.ElevationAt(x, y);
+      ASSERT_TRUE(here) << x << ", " << y;
+      EXPECT_NEAR(here.Value(), pasted.Value(), 1e-9) << x << ", " << y;
+      ++compared;
+    }
+  }
+  EXPECT_GT(compared, 70);
 }
 
 TEST_F(TinPaste, BaseBreaklinesAreCutAtThePastedEdge) {

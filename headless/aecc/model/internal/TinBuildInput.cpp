@@ -117,6 +117,7 @@ BuildInput PrepareBuild(const std::vector<Point3>& points, const std::vector<std
         mesh.vertices.size(), [&](std::uint32_t v) { return mesh.vertices[v]; }, mesh.edges, false, k + 1,
         pasteSegments[k]);
   }
+  input.exactOnly = static_cast<std::uint32_t>(assembler.Points().size());
   // Breaklines, the latest first.
   std::vector<std::vector<std::pair<std::uint32_t, std::uint32_t>>> breaklineSegments(breaklines.size());
   for (std::size_t k = breaklines.size(); k-- > 0;) {

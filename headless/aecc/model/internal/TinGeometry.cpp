@@ -236,7 +236,8 @@ double PlaneElevation(const Point3& a, const Point3& b, const Point3& c, Point2 
   return a.z + wb * (b.z - a.z) + wc * (c.z - a.z);
 }
 
-std::vector<std::uint32_t> MergeClosePoints(const std::vector<Point3>& points, double distance) {
+std::vector<std::uint32_t> MergeClosePoints(const std::vector<Point3>& points, double distance,
+                                            std::uint32_t exactOnly) {
   if (!(distance > 0.0)) return MergeExactDuplicates(points);
   const double limit = distance * distance;
   std::vector<std::uint32_t> rep(points.size());
@@ -246,6 +247,7 @@ std::vector<std::uint32_t> MergeClosePoints(const std::vector<Point3>& points, d
   for (std::uint32_t i = 0; i < points.size(); ++i) {
     const Point3& p = points[i];
     const CellKey cell{CellOf(p.x, distance), CellOf(p.y, distance)};
+    const double within = i < exactOnly ? 0.0 : limit;  // 0: only the same plan position
     std::uint32_t keeper = std::numeric_limits<std::uint32_t>::max();
     for (std::int64_t dx = -1; dx <= 1; ++dx) {
       for (std::int64_t dy = -1; dy <= 1; ++dy) {
@@ -254,7 +256,8 @@ std::vector<std::uint32_t> MergeClosePoints(const std::vector<Point3>& points, d
         for (std::uint32_t j = found->second; j != std::numeric_limits<std::uint32_t>::max(); j = next[j]) {
           const double ex = points[j].x - p.x;
           const double ey = points[j].y - p.y;
-          if (ex * ex + ey * ey < limit) keeper = std::min(keeper, j);
+          const double gap = ex * ex + ey * ey;
+          if (gap < within || gap == 0.0) keeper = std::min(keeper, j);
         }
       }
     }

@@ -67,10 +67,12 @@ double PlaneElevation(const Point3& a, const Point3& b, const Point3& c, Point2 
 
 // For each point, the index of the point that stands for it: itself when it is kept, else the
 // earliest kept point closer than `distance` in plan. Points are taken in order, so of points
-// that coincide the first is kept, as Civil 3D keeps the one it meets first. `distance` 0 merges
-// only points at exactly the same x and y. Expected linear time (a hash grid of cells of that
-// size; sorting when the distance is 0).
-std::vector<std::uint32_t> MergeClosePoints(const std::vector<Point3>& points, double distance);
+// that coincide the first is kept, as Civil 3D keeps the one it meets first. The first
+// `exactOnly` points merge only with points at exactly their x and y; `distance` 0 merges all
+// points only so. Expected linear time (a hash grid of cells of that size; sorting when the
+// distance is 0).
+std::vector<std::uint32_t> MergeClosePoints(const std::vector<Point3>& points, double distance,
+                                            std::uint32_t exactOnly = 0);
 
 // `keep` minus `remove`: both sorted and disjoint; the result too. Stretches shorter than
 // `minLength` (parameter units) are dropped.

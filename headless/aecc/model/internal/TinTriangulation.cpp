@@ -141,7 +141,9 @@ struct TinTriangulation::Impl {
   // --- building ------------------------------------------------------------------------------
 
   std::vector<Vertex> InsertPoints(const BuildInput& input, bool wantHandles);
-  bool HasEdgeShorterThan(double distance) const;
+  // Whether two points that are to merge are both in (the closest pair of points is always an
+  // edge).
+  bool HasCloserPoints(const BuildInput& input) const;
   void CutIn(const SurfacePolygon& ring);
   void ApplyBoundaries(const std::vector<SurfaceBoundary>& boundaries);
   // Extent, elevation range of the visible triangles, their count, and the locate grid.
@@ -204,13 +206,14 @@ std::vector<Vertex> TinTriangulation::Impl::InsertPoints(const BuildInput& input
       hint = v->face();
       if (flat && cdt.dimension() == 2) {
         flat = false;  // the points before this one were all on a line: look at them once
-        close = HasEdgeShorterThan(input.mergeDistance);
+        close = HasCloserPoints(input);
       }
       if (v->info().source == kNoSource) {
         v->info().source = i;
         // A point closer than the merge distance to one already in is joined to it (a point's
         // nearest neighbour is always a Delaunay neighbour); its neighbours are still in cache.
-        if (!close && limit > 0.0 && !flat) {
+        // With pasted vertices, whose close pairs do not count, the end decides (below).
+        if (!close && limit > 0.0 && !flat && input.exactOnly == 0) {
           auto around = cdt.incident_vertices(v);
           const auto done = around;
           do {
@@ -230,10 +233,10 @@ std::vector<Vertex> TinTriangulation::Impl::InsertPoints(const BuildInput& input
 
   // Usually no two points are closer than the merge distance, as one insertion proves. Otherwise
   // merge first and insert again.
-  const bool close = insertRange(nullptr);
+  const bool close = insertRange(nullptr) || (input.exactOnly > 0 && HasCloserPoints(input));
   std::vector<std::uint32_t> representative;
   if (close) {
-    representative = MergeClosePoints(input.points, input.mergeDistance);
+    representative = MergeClosePoints(input.points, input.mergeDistance, input.exactOnly);
     std::vector<std::uint32_t> keep;
     for (std::uint32_t i = 0; i < n; ++i) {
       if (representative[i] == i) keep.push_back(i);
@@ -263,13 +266,14 @@ std::vector<Vertex> TinTriangulation::Impl::InsertPoints(const BuildInput& input
   return handles;
 }
 
-bool TinTriangulation::Impl::HasEdgeShorterThan(double distance) const {
-  if (!(distance > 0.0)) return false;
-  const double limit = distance * distance;
+bool TinTriangulation::Impl::HasCloserPoints(const BuildInput& input) const {
+  if (!(input.mergeDistance > 0.0)) return false;
+  const double limit = input.mergeDistance * input.mergeDistance;
   for (auto e = cdt.finite_edges_begin(); e != cdt.finite_edges_end(); ++e) {
-    const Point2 a = Plan(e->first->vertex(Cdt::ccw(e->second))->point());
-    const Point2 b = Plan(e->first->vertex(Cdt::cw(e->second))->point());
-    const Point2 d = b - a;
+    const Vertex a = e->first->vertex(Cdt::ccw(e->second));
+    const Vertex b = e->first->vertex(Cdt::cw(e->second));
+    if (a->info().source < input.exactOnly && b->info().source < input.exactOnly) continue;
+    const Point2 d = Plan(b->point()) - Plan(a->point());
     if (Dot(d, d) < limit) return true;
   }
   return false;
@@ -396,12 +400,17 @@ void TinTriangulation::Impl::CutIn(const SurfacePolygon& polygon) {
       return true;
     });
     if (firstFace == Face() || tOut <= tIn) continue;
-    PieceEnd start{a + tIn * d, 0.0, {}};
-    PieceEnd end{a + tOut * d, 0.0, {}};
+    // A ring vertex in the triangulation must be the very point both its edges' pieces end at:
+    // a + 1 * d can miss b by a rounding error, and a gap that small still joins the two sides.
+    constexpr double kAtVertex = 1e-12;
+    const bool fromA = tIn <= kAtVertex;
+    const bool toB = tOut >= 1.0 - kAtVertex;
+    PieceEnd start{fromA ? a : a + tIn * d, 0.0, {}};
+    PieceEnd end{toB ? b : a + tOut * d, 0.0, {}};
     start.z = PlaneZ(firstFace, start.at);
     end.z = PlaneZ(lastFace, end.at);
-    if (tIn > 0.0) hullEdgeNear(firstFace, start.at, start);
-    if (tOut < 1.0) hullEdgeNear(lastFace, end.at, end);
+    if (!fromA) hullEdgeNear(firstFace, start.at, start);
+    if (!toB) hullEdgeNear(lastFace, end.at, end);
     pieces.emplace_back(start, end);
   }
 

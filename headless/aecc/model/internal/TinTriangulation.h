@@ -20,6 +20,10 @@ struct BuildInput {
   // In order of precedence: of points closer than mergeDistance the earlier one is kept.
   std::vector<Point3> points;
   double mergeDistance = kSurfacePointMergeDistance;
+  // The first this many points (pasted surfaces' vertices) merge with one another only at
+  // exactly the same plan position: a pasted surface may hold vertices closer than the merge
+  // distance (where a boundary was cut into it), and its triangles must survive.
+  std::uint32_t exactOnly = 0;
   // Segments between points (indices), inserted in this order; where two cross, the point takes
   // the elevation along the one inserted later.
   std::vector<std::pair<std::uint32_t, std::uint32_t>> constraints;
