@@ -606,6 +606,46 @@ TEST(TinBoundaryShape, RandomStarBoundariesOverBreaklines) {
   }
 }
 
+// Destructive boundaries against a brute-force judgement of every triangle of the same surface
+// built without them: crossed (an edge of the polygon crosses an edge of the triangle, or a
+// polygon corner lies inside it), else inside or outside by its centre.
+TEST(TinBoundaryShape, DestructiveBoundariesDropExactlyTheTrianglesTheyCross) {
+  for (unsigned seed = 1; seed <= 20; ++seed) {
+    std::mt19937 random(seed);
+    std::uniform_real_distribution<double> u(0.0, 1.0);
+    const std::vector<Point3> points = RandomPoints(seed, 200, 20.0, [](double x, double y) { return x - y; });
+    std::vector<Point2> star;
+    const int corners = 3 + static_cast<int>(12 * u(random));
+    for (int k = 0; k < corners; ++k) {
+      const double r = 2.0 + 7.0 * u(random);
+      star.push_back({10 + r * std::cos(kTwoPi * k / corners), 10 + r * std::sin(kTwoPi * k / corners)});
+    }
+    const bool outer = seed % 2 == 1;
+    TinSurface clipped;
+    clipped.SetPoints(points);
+    ASSERT_TRUE(clipped.AddBoundary({outer ? SurfaceBoundaryType::Outer : SurfaceBoundaryType::Hide, false, star}));
+    clipped.Rebuild();
+    ASSERT_TRUE(clipped.IsValid());
+    std::set<std::vector<double>> visible;
+    for (const Triangle& t : TrianglesOf(clipped)) visible.insert({t[0].x, t[0].y, t[1].x, t[1].y, t[2].x, t[2].y});
+    std::vector<Point3> ring;
+    for (const Point2& p : star) ring.push_back({p.x, p.y, 0.0});
+    for (const Triangle& t : TrianglesOf(Surface(points))) {
+      bool crossed = false, inside = false;
+      const Point3 centre{(t[0].x + t[1].x + t[2].x) / 3, (t[0].y + t[1].y + t[2].y) / 3, 0.0};
+      for (int k = 0; k < corners; ++k) {
+        const Point3& a = ring[k];
+        const Point3& b = ring[(k + 1) % corners];
+        for (int e = 0; e < 3; ++e) crossed = crossed || SegmentsCross(t[e], t[(e + 1) % 3], a, b);
+        crossed = crossed || (Cross2(a, t[1], t[2]) > 0 && Cross2(a, t[2], t[0]) > 0 && Cross2(a, t[0], t[1]) > 0);
+        if ((a.y > centre.y) != (b.y > centre.y) && centre.x < a.x + (centre.y - a.y) * (b.x - a.x) / (b.y - a.y)) inside = !inside;
+      }
+      const bool shown = !crossed && (outer ? inside : !inside);
+      EXPECT_EQ(visible.count({t[0].x, t[0].y, t[1].x, t[1].y, t[2].x, t[2].y}) == 1, shown) << "seed " << seed;
+    }
+  }
+}
+
 TEST(TinBoundaryInput, RefusesDegenerateAndNonFiniteRings) {
   TinSurface surface;
   EXPECT_EQ(surface.AddBoundary({SurfaceBoundaryType::Outer, true, {{0, 0}, {1, 1}}}).Error(), LandError::Degenerate);
