@@ -131,7 +131,12 @@ std::string StationText(double station, bool imperial, int decimals) {
   const std::size_t point = restText.find('.');
   const std::size_t digits = point == std::string::npos ? restText.size() : point;
   if (digits < integerDigits) restText.insert(0, integerDigits - digits, '0');
-  return (negative && rounded > 0.0 ? "-" : "") + Fixed(whole, 0) + "+" + restText;
+  // Appended piece by piece: GCC 12 at -O3 misreads a prepend to a temporary as an overlap.
+  std::string text = negative && rounded > 0.0 ? "-" : "";
+  text += Fixed(whole, 0);
+  text += '+';
+  text += restText;
+  return text;
 }
 
 std::string Count(std::size_t n, std::string_view one, std::string_view many) {

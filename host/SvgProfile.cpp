@@ -123,7 +123,9 @@ std::string ProfileSvg(const std::vector<CC3dProfilePVI>& pvis, const std::vecto
       const CSvgPoint a = polygon[i], b = polygon[i + 1];
       if (b.x - a.x < 60.0) continue;
       const double g = Grade(pvis[i], pvis[i + 1]);
-      const std::string text = (g >= 0.0 ? "+" : "") + Fixed(100.0 * g, 2) + "%";
+      std::string text = g >= 0.0 ? "+" : "";  // built by appending: see StationText
+      text += Fixed(100.0 * g, 2);
+      text += '%';
       const double angle = std::atan2(b.y - a.y, b.x - a.x) * 180.0 / 3.141592653589793;
       svg.Text({(a.x + b.x) / 2.0, (a.y + b.y) / 2.0 - 8.0}, text, "grade-label", "middle", angle);
     }

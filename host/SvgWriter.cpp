@@ -117,7 +117,9 @@ void CSvgWriter::Text(CSvgPoint at, std::string_view text, std::string_view cssC
           "\" text-anchor=\"" + std::string(anchor) + "\"";
   if (rotation != 0.0)
     out_ += " transform=\"rotate(" + Number(rotation) + " " + Number(at.x) + " " + Number(at.y) + ")\"";
-  out_ += ">" + Escaped(text) + "</text>\n";
+  out_ += '>';
+  out_ += Escaped(text);  // appended, not prepended to: GCC 12 at -O3 misreads that as an overlap
+  out_ += "</text>\n";
 }
 
 void CSvgWriter::TextLines(CSvgPoint at, const std::vector<std::string>& lines, double lineHeight,
