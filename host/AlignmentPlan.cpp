@@ -185,8 +185,9 @@ CAlignmentPlan PlanAlignment(const landxml::CAlignment& alignment, double spiral
     }
   }
   if (plan.tangentsInserted > 0)
-    plan.notes.push_back(std::to_string(plan.tangentsInserted) + " tangent(s) put in where one element ends away from the next one's start (longest " +
-                         Fixed(plan.longestInsertedTangent, 3) + ")");
+    plan.notes.push_back(Count(static_cast<std::size_t>(plan.tangentsInserted), "tangent", "tangents") +
+                         " put in where one element ends away from the next one's start, farther than the "
+                         "tolerance (the longest " + Brief(plan.longestInsertedTangent) + ")");
   for (const landxml::CStationEquation& equation : alignment.stationEquations) {
     std::string text = "station equation";
     if (equation.staBack) text += " back " + Fixed(*equation.staBack, 3);

@@ -166,6 +166,8 @@ bool ReadBack(CModuleSession& session, CRunResult& run, std::string& error) {
     }
     for (const CC3dCurve& c : *curves) a.readBack.push_back(FromRecord(c));
     a.startStation = alignment->GetStartingStation();
+    a.polylineId = alignment->GetPolylineId();
+    if (a.polylineId == 0) a.notes.push_back("the alignment drew no polyline of itself, so drawing.dxf does not show it");
     a.comparison = CompareAlignment(a.plan, a.readBack, a.startStation);
 
     const std::optional<std::vector<std::wstring>> profileNames = session.ListProfiles(*alignment);

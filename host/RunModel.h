@@ -29,6 +29,9 @@ struct CAlignmentRun {
   CAlignmentPlan plan;
   double startStation = 0.0;  // read back
   std::vector<CKdPlanElement> readBack;
+  // The polyline the alignment drew of itself into the drawing (GetPolylineId): DXF readers
+  // know nothing of Civil 3D's objects, so this is what they show. 0 when it drew none.
+  long long polylineId = 0;
   CAlignmentComparison comparison;
   std::vector<CProfileRun> profiles;
   // What of this alignment did not go through, one sentence each (the plan's, surface

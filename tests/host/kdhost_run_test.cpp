@@ -18,6 +18,7 @@
 #include <limits>
 #include <numbers>
 #include <optional>
+#include <sstream>
 
 #include "landxml/LandXml.h"
 #include "tests/host/PlanTestUtil.h"
@@ -334,17 +335,31 @@ void KdhostRun::RunAndCheck(const fs::path& input, double tolerance) {
     EXPECT_GT(fs::file_size(scratch / "plan.png"), 1000u);
   }
 
-  // The drawing passes ezdxf's audit.
+  // The drawing passes ezdxf's audit and shows each alignment as the polyline it drew of itself:
+  // ezdxf prints each polyline's vertex count, first and last vertex.
   if (HaveEzdxf()) {
     const CProcess audit = Spawn({"/usr/bin/python3", "-c",
                                   "import sys, ezdxf\n"
                                   "doc = ezdxf.readfile(sys.argv[1])\n"
                                   "auditor = doc.audit()\n"
-                                  "for e in auditor.errors: print(e)\n"
+                                  "for e in auditor.errors: print('error', e)\n"
+                                  "for p in doc.modelspace().query('LWPOLYLINE'):\n"
+                                  "    v = p.get_points('xy')\n"
+                                  "    print(len(v), repr(v[0][0]), repr(v[0][1]), repr(v[-1][0]), repr(v[-1][1]))\n"
                                   "sys.exit(1 if auditor.has_errors else 0)\n",
                                   (out / "drawing.dxf").string()},
                                  scratch);
     EXPECT_EQ(audit.status, 0) << audit.out << audit.err;
+    std::istringstream lines(audit.out);
+    for (const landxml::CAlignment& a : back.model->alignments) {
+      const std::vector<CKdPlanElement> chain = ReadBackElements(a);
+      std::size_t count = 0;
+      double x0 = 0, y0 = 0, x1 = 0, y1 = 0;
+      ASSERT_TRUE(lines >> count >> x0 >> y0 >> x1 >> y1) << "no polyline for " << a.name << "\n" << audit.out;
+      EXPECT_EQ(count, chain.size() + 1) << a.name;
+      EXPECT_LT(Dist({x0, y0}, chain.front().start), 1e-6) << a.name;
+      EXPECT_LT(Dist({x1, y1}, chain.back().end), 1e-6) << a.name;
+    }
   }
 
   // The report counts the spirals it replaced.
