@@ -12,8 +12,9 @@
 //  - TinRayIntersections: 100,000 rays from 50 m above the highest ground, slanted down at 1 in 2
 //    to 1 in 10, against CGAL locating the origin's plan position and walking the ray's plan line
 //    from there to the hit (what any walking method must at least do), testing nothing.
-// CGAL's locate is used as it comes, without a start hint: a large part of the references' time
-// (most of it for the rays); the engine starts its walks from a grid of hints.
+// "ratio" takes CGAL's locate as it comes, without a start hint: a large part of that reference's
+// time (most of it for the rays). "ratio_hinted" gives CGAL's locate a start vertex from the same
+// kind of grid the engine keeps, so it compares the walks themselves.
 // The CGAL references are the only other place that includes CGAL (GPL-3.0-or-later, headless
 // side only).
 #include <benchmark/benchmark.h>
@@ -30,6 +31,7 @@
 #include <vector>
 
 #include "headless/aecc/model/TinSurface.h"
+#include "headless/aecc/model/internal/HintGrid.h"
 
 namespace {
 
@@ -151,16 +153,22 @@ void BM_TinRebuildAndTriangles(benchmark::State& state) {
 }
 BENCHMARK(BM_TinRebuildAndTriangles)->Unit(benchmark::kMillisecond)->Iterations(5);
 
-// The 1M-point surface and CGAL's own triangulation of the same points, built once.
+// The 1M-point surface and CGAL's own triangulation of the same points, built once, with a grid
+// of start vertices for CGAL's locate like the one the engine keeps (for the "hinted" reference).
 struct Surfaces {
   TinSurface engine;
   Cdt cgal;
+  headless::land::tin::HintGrid<Cdt::Vertex_handle> hints;
   Surfaces() {
     engine.SetPoints(ThePoints());
     engine.Rebuild();
     std::vector<Kernel::Point_3> input;
     for (const Point3& p : ThePoints()) input.emplace_back(p.x, p.y, p.z);
     cgal.insert(input.begin(), input.end());
+    hints.Reset({kX0, kY0, kX0 + kSize, kY0 + kSize}, cgal.number_of_vertices());
+    for (auto v = cgal.finite_vertices_begin(); v != cgal.finite_vertices_end(); ++v) {
+      hints.Put({v->point().x(), v->point().y()}, v);
+    }
   }
 };
 Surfaces& TheSurfaces() {
@@ -179,10 +187,13 @@ std::vector<std::pair<Point2, Point2>> TheSegments() {
   return segments;
 }
 
-// Faces CGAL's line walk crosses from a to b on its own triangulation, locating a first.
-std::size_t CgalWalk(const Cdt& cdt, Point2 a, Point2 b) {
+// Faces CGAL's line walk crosses from a to b on its own triangulation, locating a first (from
+// the hint grid's vertex near a when one is given).
+std::size_t CgalWalk(const Cdt& cdt, Point2 a, Point2 b,
+                     const headless::land::tin::HintGrid<Cdt::Vertex_handle>* hints = nullptr) {
   const Kernel::Point_3 p(a.x, a.y, 0.0), q(b.x, b.y, 0.0);
-  const Cdt::Face_handle start = cdt.locate(p);
+  const Cdt::Vertex_handle near = hints ? hints->Near(a) : Cdt::Vertex_handle();
+  const Cdt::Face_handle start = cdt.locate(p, near == Cdt::Vertex_handle() ? Cdt::Face_handle() : near->face());
   auto line = cdt.line_walk(p, q, start);
   const Cdt::Face_handle first = line;
   std::size_t faces = 0;
@@ -198,7 +209,7 @@ void BM_TinSampleSegments(benchmark::State& state) {
   Surfaces& s = TheSurfaces();
   const auto segments = TheSegments();
   std::size_t samples = 0, faces = 0;
-  double engineBest = 1e300, cgalBest = 1e300;
+  double engineBest = 1e300, cgalBest = 1e300, hintedBest = 1e300;
   for (auto _ : state) {
     double start = CpuSeconds();
     samples = 0;
@@ -214,13 +225,20 @@ void BM_TinSampleSegments(benchmark::State& state) {
     for (const auto& [a, b] : segments) faces += CgalWalk(s.cgal, a, b);
     benchmark::DoNotOptimize(faces);
     cgalBest = std::min(cgalBest, CpuSeconds() - start);
+    start = CpuSeconds();
+    std::size_t hinted = 0;
+    for (const auto& [a, b] : segments) hinted += CgalWalk(s.cgal, a, b, &s.hints);
+    benchmark::DoNotOptimize(hinted);
+    hintedBest = std::min(hintedBest, CpuSeconds() - start);
     state.ResumeTiming();
   }
   state.counters["samples_per_call"] = static_cast<double>(samples) / kSegments;
   state.counters["faces_per_call"] = static_cast<double>(faces) / kSegments;
   state.counters["engine_us_per_call"] = engineBest / kSegments * 1e6;
   state.counters["cgal_us_per_call"] = cgalBest / kSegments * 1e6;
+  state.counters["cgal_hinted_us_per_call"] = hintedBest / kSegments * 1e6;
   state.counters["ratio"] = engineBest / cgalBest;
+  state.counters["ratio_hinted"] = engineBest / hintedBest;
 }
 BENCHMARK(BM_TinSampleSegments)->Unit(benchmark::kMillisecond)->Iterations(3);
 
@@ -248,7 +266,7 @@ void BM_TinRayIntersections(benchmark::State& state) {
   const std::vector<Ray> rays = TheRays();
   std::vector<Point3> hits(rays.size());
   std::size_t hitCount = 0, faces = 0;
-  double engineBest = 1e300, cgalBest = 1e300;
+  double engineBest = 1e300, cgalBest = 1e300, hintedBest = 1e300;
   for (auto _ : state) {
     double start = CpuSeconds();
     hitCount = 0;
@@ -269,13 +287,22 @@ void BM_TinRayIntersections(benchmark::State& state) {
     }
     benchmark::DoNotOptimize(faces);
     cgalBest = std::min(cgalBest, CpuSeconds() - start);
+    start = CpuSeconds();
+    std::size_t hinted = 0;
+    for (std::size_t i = 0; i < rays.size(); ++i) {
+      hinted += CgalWalk(s.cgal, {rays[i].origin.x, rays[i].origin.y}, {hits[i].x, hits[i].y}, &s.hints);
+    }
+    benchmark::DoNotOptimize(hinted);
+    hintedBest = std::min(hintedBest, CpuSeconds() - start);
     state.ResumeTiming();
   }
   state.counters["hits"] = static_cast<double>(hitCount);
   state.counters["faces_per_ray"] = static_cast<double>(faces) / kRays;
   state.counters["engine_us_per_ray"] = engineBest / kRays * 1e6;
   state.counters["cgal_us_per_ray"] = cgalBest / kRays * 1e6;
+  state.counters["cgal_hinted_us_per_ray"] = hintedBest / kRays * 1e6;
   state.counters["ratio"] = engineBest / cgalBest;
+  state.counters["ratio_hinted"] = engineBest / hintedBest;
 }
 BENCHMARK(BM_TinRayIntersections)->Unit(benchmark::kMillisecond)->Iterations(3);
 
