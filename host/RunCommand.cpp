@@ -137,8 +137,8 @@ bool WriteAlignment(CModuleSession& session, CAlignmentRun& a, std::string& erro
     const std::vector<CC3dProfilePVI>& pvis = it->plan.pvis;
     if (!profile->SetProfileGeometry(pvis.data(), static_cast<int>(pvis.size())))
       a.notCarried.push_back("profile \"" + it->name +
-                             "\": the module refused its PVIs (two at one station, or stations beyond the "
-                             "alignment's ends); what it kept is read back");
+                             "\": the module refused its PVIs (SetProfileGeometry returned false); what it kept "
+                             "is read back");
     ++it;
   }
   return true;
