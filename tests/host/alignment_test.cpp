@@ -188,6 +188,27 @@ TEST_F(Alignments, StartingStationShiftsTheWholeStationing) {
   EXPECT_NEAR(road->GetStartingStation(), 1900.0, 1e-9);
 }
 
+// Alignments imported into a site: listed after the siteless ones, found by name, but not
+// deleted through the session, which removes siteless alignments only.
+TEST_F(Alignments, SiteAlignmentsAreListedAndFoundButNotDeleted) {
+  auto local = Create(L"Local");
+  ASSERT_EQ(HeadlessImportLandXml(app, KD_SAMPLE_ROAD, "site=Roads"), 0) << HeadlessLastError(app);
+  EXPECT_EQ(ListNames(), (std::vector<std::wstring>{L"Local", L"Main Road", L"Side Road"}));
+  AlignmentHandle main(session->GetAlignment(L"Main Road"));
+  ASSERT_TRUE(main);
+  EXPECT_GT(ReadBack(main.get()).size(), 0u);
+  main.reset();
+  EXPECT_FALSE(session->DeleteAlignment(L"Main Road"));
+  EXPECT_TRUE(session->DeleteAlignment(L"Local"));
+}
+
+// The requested style is not honoured by name: "Basic" or "Standard" is taken when the drawing
+// has them. A name the drawing lacks therefore still creates the alignment.
+TEST_F(Alignments, RequestedStyleNameIsNotWhatDecides) {
+  EXPECT_TRUE(session->CreateAlignment(L"Styled", L"", L"0", L"No Such Style", L"No Such Set"));
+  EXPECT_TRUE(AlignmentHandle(session->GetAlignment(L"Styled")));
+}
+
 TEST_F(Alignments, PolylineRepresentationIsADrawingEntity) {
   auto road = Create(L"Drawn");
   const std::vector<CC3dCurve> written = {Line(0, 0, 100, 0), Arc(100, 50, 50, 3 * kPi / 2, kPi / 2)};

@@ -264,6 +264,28 @@ TEST_F(StartUp, WithoutEitherCivilApplicationNothingIsCached) {
   EXPECT_FALSE(session->Initialize(WinApp()));
 }
 
+// The result tells only of a hard failure; a land side that fails is overwritten by a roadway
+// side that succeeds, and only IsInitialized says both are there.
+TEST_F(StartUp, ResultFollowsTheRoadwaySideAndIsInitializedNeedsBoth) {
+  Start(nullptr);
+  EXPECT_TRUE(session->Initialize(WinApp()));
+  EXPECT_TRUE(session->IsInitialized());
+  EXPECT_TRUE(session->Initialize(WinApp())) << "a second start-up replaces the references";
+  EXPECT_TRUE(session->IsInitialized());
+}
+
+TEST_F(StartUp, MissingLandApplicationStillAnswersTrue) {
+  Start("no-land");
+  EXPECT_TRUE(session->Initialize(WinApp()));
+  EXPECT_FALSE(session->IsInitialized());
+}
+
+TEST_F(StartUp, MissingRoadwayApplicationAnswersFalse) {
+  Start("no-roadway");
+  EXPECT_FALSE(session->Initialize(WinApp()));
+  EXPECT_FALSE(session->IsInitialized());
+}
+
 TEST_F(StartUp, SessionsOnSeveralApplicationsAreIndependent) {
   Start("no-civil");
   HeadlessApp* second = HeadlessStart("no-land");
