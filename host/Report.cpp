@@ -64,8 +64,7 @@ void AlignmentSection(std::string& out, const CRunResult& run, const CAlignmentR
   out += "); read back: " + std::to_string(a.readBack.size()) + " (" + Count(readLines, "line", "lines") + ", " +
          Count(a.readBack.size() - readLines, "arc", "arcs") + ")\n";
   if (a.polylineId != 0)
-    out += "- In drawing.dxf: the polyline the alignment drew of itself (object id " + std::to_string(a.polylineId) +
-           "); DXF carries no Civil 3D objects\n";
+    out += "- In drawing.dxf: as the polyline the alignment drew of itself (DXF carries no Civil 3D objects)\n";
   out += "- Spirals replaced: " + std::to_string(a.plan.spirals.size());
   if (!a.plan.spirals.empty())
     out += " by " + std::to_string(a.plan.arcsForSpirals) + " arcs; largest distance from a spiral to its arcs " +
