@@ -5,7 +5,7 @@
 
 #include "host/CheckCommand.h"
 #include "host/ExitCodes.h"
-#include "host/InspectCommand.h"
+#include "host/LandXmlSummary.h"
 #include "host/ModuleLoader.h"
 #include "host/RunCommand.h"
 

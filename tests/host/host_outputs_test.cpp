@@ -14,7 +14,7 @@
 
 #include "host/DesignXml.h"
 #include "host/HostText.h"
-#include "host/InspectCommand.h"
+#include "host/LandXmlSummary.h"
 #include "host/OutputFolder.h"
 #include "host/Report.h"
 #include "host/SvgPlan.h"

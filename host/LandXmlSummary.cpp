@@ -1,4 +1,4 @@
-#include "host/InspectCommand.h"
+#include "host/LandXmlSummary.h"
 
 #include <cmath>
 #include <cstdio>
