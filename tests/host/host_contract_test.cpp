@@ -1,48 +1,34 @@
 // The host contract driven as a separately built host drives it: the module is loaded at run
 // time by path, its four exports resolved by name, and every call goes through the exports and
 // the interface slots. Built from module/interface headers and the headless C API only.
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <cwchar>
 #include <vector>
 
-#include "headless/api/headless.h"
-#include "module/interface/Civil3dExports.h"
+#include "tests/host/ModuleLibrary.h"
 
 namespace {
 
 class LoadedModule : public ::testing::Test {
 protected:
-  static void SetUpTestSuite() {
-    handle = dlopen(KD_MODULE_PATH, RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(handle, nullptr) << dlerror();
-    getVersion = reinterpret_cast<PFN_GetInterfaceVersion>(dlsym(handle, "GetInterfaceVersion"));
-    getPlatform = reinterpret_cast<PFN_GetInterfacePlatform>(dlsym(handle, "GetInterfacePlatform"));
-    getObject = reinterpret_cast<PFN_GetCivil3dObject>(dlsym(handle, "GetCivil3dObject"));
-    freeObject = reinterpret_cast<PFN_FreeCivil3dObject>(dlsym(handle, "FreeCivil3dObject"));
-  }
-  static void TearDownTestSuite() {
-    if (handle != nullptr) dlclose(handle);
-    handle = nullptr;
-  }
   void SetUp() override {
-    ASSERT_NE(handle, nullptr);
-    ASSERT_NE(getVersion, nullptr);
-    ASSERT_NE(getPlatform, nullptr);
-    ASSERT_NE(getObject, nullptr);
-    ASSERT_NE(freeObject, nullptr);
+    const ModuleLibrary& library = ModuleLibrary::Get();
+    ASSERT_TRUE(library.Complete()) << dlerror();
+    getVersion = library.getVersion;
+    getPlatform = library.getPlatform;
+    getObject = library.getObject;
+    freeObject = library.freeObject;
     liveBefore = HeadlessLiveObjects();
   }
   void TearDown() override {
     EXPECT_EQ(HeadlessLiveObjects(), liveBefore) << "a platform object outlived the test";
   }
 
-  static inline void* handle = nullptr;
-  static inline PFN_GetInterfaceVersion getVersion = nullptr;
-  static inline PFN_GetInterfacePlatform getPlatform = nullptr;
-  static inline PFN_GetCivil3dObject getObject = nullptr;
-  static inline PFN_FreeCivil3dObject freeObject = nullptr;
+  PFN_GetInterfaceVersion getVersion = nullptr;
+  PFN_GetInterfacePlatform getPlatform = nullptr;
+  PFN_GetCivil3dObject getObject = nullptr;
+  PFN_FreeCivil3dObject freeObject = nullptr;
   long liveBefore = 0;
 };
 
